@@ -1,0 +1,7 @@
+// Umbrella header of the whole PlumvaleBaseCore library.
+#pragma once
+
+#include <PlumvaleBaseCore/version.h>
+
+#include <PlumvaleBaseCore/numerics.h>
+#include <PlumvaleBaseCore/text.h>

@@ -1,0 +1,402 @@
+// The wide printf formatter and frame timecodes.
+#include <PlumvaleBaseCore/text/UT_Format.h>
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+namespace {
+
+using unit = UT_String::value_type;
+
+enum class ArgType : unsigned char { None, Int, Long, LongLong, Double, Pointer };
+
+union ArgValue {
+    long long i;
+    double d;
+    const void* p;
+};
+
+/// 8-bit to 16-bit with sign extension: 0x80-0xFF become 0xFF80-0xFFFF.
+inline unit widen(char c) { return static_cast<unit>(static_cast<short>(static_cast<signed char>(c))); }
+
+/// One parsed conversion specification.
+struct Spec {
+    unit conversion = 0;
+    char size = 0;              // 0, 'h', 'l' or 'q'
+    std::string flags;          // as written, for snprintf
+    int width = -1;             // -1: none
+    int precision = -1;         // -1: none
+    unsigned widthArg = 0;      // 1-based argument slot of "*", 0: none
+    unsigned precisionArg = 0;
+    unsigned arg = 0;           // 1-based argument slot of the value, 0: takes none
+    ArgType type = ArgType::None;
+};
+
+/// A piece of output: a literal run of the format, or a conversion.
+struct Piece {
+    std::size_t begin = 0, length = 0; // literal run within the format
+    bool isSpec = false;
+    bool percent = false;              // "%%"
+    Spec spec;
+};
+
+bool isDigit(unit c) { return c >= '0' && c <= '9'; }
+
+/// Reads digits at `i`; returns -1 when there are none. Values saturate well below INT_MAX.
+int readNumber(const UT_String& f, std::size_t& i) {
+    if (i >= f.size() || !isDigit(f[UT_String::size_type(i)])) return -1;
+    long long v = 0;
+    while (i < f.size() && isDigit(f[UT_String::size_type(i)])) {
+        v = v * 10 + (f[UT_String::size_type(i)] - '0');
+        if (v > 100000000) v = 100000000;
+        ++i;
+    }
+    return static_cast<int>(v);
+}
+
+/// Reads "n$" at `i` (position kept when absent); returns n or 0.
+unsigned readPosition(const UT_String& f, std::size_t& i) {
+    std::size_t j = i;
+    const int n = readNumber(f, j);
+    if (n > 0 && j < f.size() && f[UT_String::size_type(j)] == '$') {
+        i = j + 1;
+        return static_cast<unsigned>(n);
+    }
+    return 0;
+}
+
+ArgType typeOf(unit conversion, char size) {
+    switch (conversion) {
+    case 'd': case 'i': case 'o': case 'u': case 'x': case 'X':
+        return size == 'q' ? ArgType::LongLong : size == 'l' ? ArgType::Long : ArgType::Int;
+    case 'D': case 'O': case 'U':
+        return ArgType::Long;
+    case 'c': case 'C':
+        return ArgType::Int;
+    case 'e': case 'E': case 'f': case 'g': case 'G':
+        return ArgType::Double;
+    case 'p': case 'n': case 's': case 'S': case '@': case 'P':
+        return ArgType::Pointer;
+    default:
+        return ArgType::None;
+    }
+}
+
+/// Parses the specification starting at the '%' at `i`; on success fills `spec`, moves `i`
+/// past it and returns true. On failure `i` is past the text to copy as it stands.
+bool parseSpec(const UT_String& f, std::size_t& i, Spec& spec, unsigned& nextArg) {
+    const std::size_t n = f.size();
+    ++i; // the '%'
+    const unsigned position = readPosition(f, i);
+    while (i < n) {
+        const unit c = f[UT_String::size_type(i)];
+        if (c != ' ' && c != '#' && c != '+' && c != '-' && c != '0') break;
+        spec.flags.push_back(static_cast<char>(c));
+        ++i;
+    }
+    if (i < n && f[UT_String::size_type(i)] == '*') {
+        ++i;
+        const unsigned p = readPosition(f, i);
+        spec.widthArg = p ? p : nextArg++;
+    } else {
+        spec.width = readNumber(f, i);
+    }
+    if (i < n && f[UT_String::size_type(i)] == '.') {
+        ++i;
+        if (i < n && f[UT_String::size_type(i)] == '*') {
+            ++i;
+            const unsigned p = readPosition(f, i);
+            spec.precisionArg = p ? p : nextArg++;
+        } else {
+            spec.precision = readNumber(f, i);
+            if (spec.precision < 0) spec.precision = 0;
+        }
+    }
+    if (i < n) {
+        const unit c = f[UT_String::size_type(i)];
+        if (c == 'h' || c == 'q') {
+            spec.size = static_cast<char>(c);
+            ++i;
+        } else if (c == 'l') {
+            spec.size = 'l';
+            ++i;
+            if (i < n && f[UT_String::size_type(i)] == 'l') {
+                spec.size = 'q';
+                ++i;
+            }
+        }
+    }
+    if (i >= n) return false;
+    unit conversion = f[UT_String::size_type(i)];
+    ++i;
+    if (spec.size == 'l' && conversion == 's') conversion = 'S';
+    if (spec.size == 'l' && conversion == 'c') conversion = 'C';
+    spec.conversion = conversion;
+    spec.type = typeOf(conversion, spec.size);
+    if (spec.type == ArgType::None) return false;
+    spec.arg = position ? position : nextArg++;
+    return true;
+}
+
+/// Argument table filled by position, grown on demand beyond its first 20 slots.
+class Arguments {
+public:
+    Arguments() : m_types(21, ArgType::None), m_values(21) {}
+
+    void declare(unsigned slot, ArgType type) {
+        if (slot == 0) return;
+        if (slot >= m_types.size()) {
+            m_types.resize(slot + 1, ArgType::None);
+            m_values.resize(slot + 1);
+        }
+        if (m_types[slot] == ArgType::None) m_types[slot] = type;
+    }
+
+    /// Reads the declared arguments in order; stops at the first slot nothing declared,
+    /// since its type (and so everything after it) cannot be known.
+    void fetch(va_list args) {
+        for (std::size_t k = 1; k < m_types.size(); ++k) {
+            switch (m_types[k]) {
+            case ArgType::None: return;
+            case ArgType::Int: m_values[k].i = va_arg(args, int); break;
+            case ArgType::Long: m_values[k].i = va_arg(args, long); break;
+            case ArgType::LongLong: m_values[k].i = va_arg(args, long long); break;
+            case ArgType::Double: m_values[k].d = va_arg(args, double); break;
+            case ArgType::Pointer: m_values[k].p = va_arg(args, const void*); break;
+            }
+            m_fetched = k;
+        }
+    }
+
+    long long integer(unsigned slot) const { return has(slot) ? m_values[slot].i : 0; }
+    double real(unsigned slot) const { return has(slot) ? m_values[slot].d : 0.0; }
+    const void* pointer(unsigned slot) const { return has(slot) ? m_values[slot].p : nullptr; }
+
+private:
+    bool has(unsigned slot) const { return slot > 0 && slot <= m_fetched; }
+
+    std::vector<ArgType> m_types;
+    std::vector<ArgValue> m_values;
+    std::size_t m_fetched = 0;
+};
+
+void appendPadded(UT_String& out, const unit* text, std::size_t length, const Spec& spec,
+                  int width) {
+    if (spec.precision >= 0 && length > std::size_t(spec.precision)) length = spec.precision;
+    const std::size_t pad = width > 0 && std::size_t(width) > length ? width - length : 0;
+    const bool left = spec.flags.find('-') != std::string::npos;
+    if (!left) out.append(UT_String::size_type(pad), u' ');
+    out.append(text, UT_String::size_type(length));
+    if (left) out.append(UT_String::size_type(pad), u' ');
+}
+
+void appendNarrow(UT_String& out, const char* text, std::size_t length, const Spec& spec,
+                  int width) {
+    std::vector<unit> wide(length);
+    for (std::size_t k = 0; k < length; ++k)
+        wide[k] = widen(text[k]);
+    appendPadded(out, wide.data(), length, spec, width);
+}
+
+void formatString(UT_String& out, const Spec& spec, const void* arg, int width) {
+    static const char kNull[] = "(null)";
+    if (!arg) {
+        appendNarrow(out, kNull, sizeof kNull - 1, spec, width);
+        return;
+    }
+    switch (spec.conversion) {
+    case 's': {
+        const char* s = static_cast<const char*>(arg);
+        appendNarrow(out, s, std::char_traits<char>::length(s), spec, width);
+        break;
+    }
+    case 'P': {
+        const auto* s = static_cast<const unsigned char*>(arg);
+        appendNarrow(out, reinterpret_cast<const char*>(s + 1), s[0], spec, width);
+        break;
+    }
+    default: { // 'S', '@'
+        const unit* s = static_cast<const unit*>(arg);
+        std::size_t length = 0;
+        while (s[length])
+            ++length;
+        appendPadded(out, s, length, spec, width);
+        break;
+    }
+    }
+}
+
+/// One numeric specification through the C library's snprintf.
+template <class T>
+void formatNumber(UT_String& out, const Spec& spec, int width, const char* size, char conversion,
+                  T value) {
+    std::string f = "%" + spec.flags;
+    if (width >= 0) f += std::to_string(width);
+    if (spec.precision >= 0) f += "." + std::to_string(spec.precision);
+    f += size;
+    f += conversion;
+    char small[128];
+    int n = std::snprintf(small, sizeof small, f.c_str(), value);
+    if (n < 0) return;
+    if (std::size_t(n) < sizeof small) {
+        appendNarrow(out, small, std::size_t(n), Spec{}, 0);
+        return;
+    }
+    std::vector<char> big(std::size_t(n) + 1);
+    n = std::snprintf(big.data(), big.size(), f.c_str(), value);
+    if (n > 0) appendNarrow(out, big.data(), std::size_t(n), Spec{}, 0);
+}
+
+void formatSpec(UT_String& out, Spec spec, const Arguments& args) {
+    int width = spec.width;
+    if (spec.widthArg) {
+        const long long w = args.integer(spec.widthArg);
+        if (w < 0) spec.flags.push_back('-');
+        width = static_cast<int>(w < 0 ? (w < -100000000 ? 100000000 : -w)
+                                       : (w > 100000000 ? 100000000 : w));
+    }
+    if (spec.precisionArg) {
+        const long long p = args.integer(spec.precisionArg);
+        spec.precision = p < 0 ? -1 : static_cast<int>(p > 100000000 ? 100000000 : p);
+    }
+    const unit c = spec.conversion;
+    switch (c) {
+    case 'n':
+        return;
+    case 's': case 'S': case '@': case 'P':
+        formatString(out, spec, args.pointer(spec.arg), width);
+        return;
+    case 'C': {
+        const unit u = static_cast<unit>(args.integer(spec.arg));
+        Spec plain = spec;
+        plain.precision = -1;
+        appendPadded(out, &u, 1, plain, width);
+        return;
+    }
+    case 'p':
+        formatNumber(out, spec, width, "", 'p', args.pointer(spec.arg));
+        return;
+    case 'e': case 'E': case 'f': case 'g': case 'G':
+        formatNumber(out, spec, width, "", static_cast<char>(c), args.real(spec.arg));
+        return;
+    case 'c':
+        formatNumber(out, spec, width, "", 'c', static_cast<int>(args.integer(spec.arg)));
+        return;
+    case 'D': case 'O': case 'U':
+        formatNumber(out, spec, width, "l", static_cast<char>(c - 'A' + 'a'),
+                     static_cast<long>(args.integer(spec.arg)));
+        return;
+    default: // d i o u x X
+        if (spec.size == 'q')
+            formatNumber(out, spec, width, "ll", static_cast<char>(c), args.integer(spec.arg));
+        else if (spec.size == 'l')
+            formatNumber(out, spec, width, "l", static_cast<char>(c),
+                         static_cast<long>(args.integer(spec.arg)));
+        else
+            formatNumber(out, spec, width, spec.size == 'h' ? "h" : "", static_cast<char>(c),
+                         static_cast<int>(args.integer(spec.arg)));
+        return;
+    }
+}
+
+UT_String widenFormat(const char* format) {
+    UT_String f;
+    if (format)
+        for (const char* p = format; *p; ++p)
+            f.push_back(widen(*p));
+    return f;
+}
+
+} // namespace
+
+void UT_DoFormatMessage(UT_String& out, const UT_String& format, va_list args) {
+    std::vector<Piece> pieces;
+    Arguments table;
+    unsigned nextArg = 1;
+    const std::size_t n = format.size();
+    std::size_t i = 0;
+    while (i < n) {
+        Piece piece;
+        piece.begin = i;
+        if (format[UT_String::size_type(i)] != '%') {
+            while (i < n && format[UT_String::size_type(i)] != '%')
+                ++i;
+        } else if (i + 1 < n && format[UT_String::size_type(i + 1)] == '%') {
+            piece.percent = true;
+            i += 2;
+        } else if (parseSpec(format, i, piece.spec, nextArg)) {
+            piece.isSpec = true;
+            table.declare(piece.spec.arg, piece.spec.type);
+            table.declare(piece.spec.widthArg, ArgType::Int);
+            table.declare(piece.spec.precisionArg, ArgType::Int);
+        }
+        piece.length = i - piece.begin;
+        pieces.push_back(std::move(piece));
+    }
+
+    va_list copy;
+    va_copy(copy, args);
+    table.fetch(copy);
+    va_end(copy);
+
+    UT_String result;
+    for (const Piece& piece : pieces) {
+        if (piece.isSpec)
+            formatSpec(result, piece.spec, table);
+        else if (piece.percent)
+            result.push_back(u'%');
+        else
+            result.append(format, UT_String::size_type(piece.begin),
+                          UT_String::size_type(piece.length));
+    }
+    out.swap(result);
+}
+
+UT_String UT_FormatMessage(const unsigned short* format, ...) {
+    UT_String out;
+    va_list args;
+    va_start(args, format);
+    UT_DoFormatMessage(out, UT_String(format), args);
+    va_end(args);
+    return out;
+}
+
+UT_String UT_FormatMessage(const char16_t* format, ...) {
+    UT_String out;
+    va_list args;
+    va_start(args, format);
+    UT_DoFormatMessage(out, UT_String(format), args);
+    va_end(args);
+    return out;
+}
+
+UT_String UT_FormatMessage(const char* format, ...) {
+    UT_String out;
+    va_list args;
+    va_start(args, format);
+    UT_DoFormatMessage(out, widenFormat(format), args);
+    va_end(args);
+    return out;
+}
+
+UT_String UT_FormatFrame(int frames, int framesPerSecond, bool forceHours) {
+    if (framesPerSecond == 0) return UT_String();
+    // 64-bit arithmetic: no overflow for any pair of ints.
+    const long long fps = framesPerSecond;
+    long long rest = frames;
+    const long long h = rest / (3600 * fps);
+    rest %= 3600 * fps;
+    const long long m = rest / (60 * fps);
+    rest %= 60 * fps;
+    const long long s = rest / fps;
+    const long long f = rest % fps;
+    char buffer[96];
+    if (h != 0 || forceHours)
+        std::snprintf(buffer, sizeof buffer, "%.2lld:%.2lld:%.2lld:%.2lld", h, m, s, f);
+    else if (m != 0)
+        std::snprintf(buffer, sizeof buffer, "%.2lld:%.2lld:%.2lld", m, s, f);
+    else
+        std::snprintf(buffer, sizeof buffer, "%.2lld:%.2lld", s, f);
+    return UT_String(buffer);
+}
