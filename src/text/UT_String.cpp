@@ -153,14 +153,17 @@ UT_String& UT_String::operator=(UT_String&& other) noexcept {
 UT_String& UT_String::operator=(const char* utf8) {
     const std::size_t n = utf8 ? std::strlen(utf8) : 0;
     if (n > max_size()) throwLength();
-    // Decoding never yields more units than bytes, so one buffer of n units suffices; the
-    // input may alias our own storage only through a caller's misuse, which strlen covers.
-    UT_String decoded;
-    unit* out = UT_StringAccess::prepare(decoded, size_type(n));
-    const std::size_t written =
-        plumvale::text::utf8ToUtf16(reinterpret_cast<const unsigned char*>(utf8), n, out);
-    UT_StringAccess::commit(decoded, size_type(written));
-    swap(decoded);
+    const auto* bytes = reinterpret_cast<const unsigned char*>(utf8);
+    const auto* mine = reinterpret_cast<const unsigned char*>(m_data);
+    if (bytes + n > mine && bytes < mine + (std::size_t(m_capacity) + 1) * sizeof(unit)) {
+        // The text lives in our own buffer, which decoding would overwrite.
+        UT_String decoded(utf8);
+        swap(decoded);
+        return *this;
+    }
+    // Decoding never yields more units than bytes, so n units of room suffice.
+    unit* out = UT_StringAccess::prepare(*this, size_type(n));
+    UT_StringAccess::commit(*this, size_type(plumvale::text::utf8ToUtf16(bytes, n, out)));
     return *this;
 }
 

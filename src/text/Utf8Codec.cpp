@@ -26,57 +26,73 @@ inline unsigned short* emitUtf16(std::uint32_t ch, unsigned short* o) noexcept {
 
 } // namespace
 
+/// Decodes the multi-byte sequence at p (lead byte >= 0x80) whose bytes are all in range.
+inline const unsigned char* decodeOne(const unsigned char* p, unsigned short*& o) noexcept {
+    const std::uint32_t lead = *p;
+    std::uint32_t ch;
+    int extra;
+    if (lead < 0xC0) {
+        *o++ = static_cast<unsigned short>(lead);
+        return p + 1;
+    }
+    if (lead < 0xE0) {
+        // Never a pair: at most 0x83F, or wrapped below zero for 0xC0/0xC1 leads.
+        ch = (lead << 6) + p[1] - 0x3080u;
+        *o++ = ch < 0x10000 ? static_cast<unsigned short>(ch) : 0xFFFD;
+        return p + 2;
+    }
+    if (lead < 0xF0) {
+        ch = (lead << 12) + (std::uint32_t(p[1]) << 6) + p[2] - 0xE2080u;
+        extra = 2;
+    } else {
+        extra = trailingBytes(static_cast<unsigned char>(lead));
+        ch = decodeSequence(p, extra);
+    }
+    if (ch < 0x10000)
+        *o++ = static_cast<unsigned short>(ch);
+    else
+        o = emitUtf16(ch, o);
+    return p + extra + 1;
+}
+
 std::size_t utf8ToUtf16(const unsigned char* s, std::size_t n, unsigned short* out) noexcept {
     const unsigned char* p = s;
     const unsigned char* const end = s + n;
     unsigned short* o = out;
-    // Invariant: o - out <= p - s, so writing 16 units while 16 bytes remain stays in room.
-    while (p < end) {
-        if (*p < 0x80) {
 #if defined(__SSE2__)
-            const __m128i zero = _mm_setzero_si128();
-            while (end - p >= 16) {
-                const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
-                const int mask = _mm_movemask_epi8(v);
-                _mm_storeu_si128(reinterpret_cast<__m128i*>(o), _mm_unpacklo_epi8(v, zero));
-                _mm_storeu_si128(reinterpret_cast<__m128i*>(o + 8), _mm_unpackhi_epi8(v, zero));
-                if (mask) {
-                    const int ascii = __builtin_ctz(static_cast<unsigned>(mask));
-                    p += ascii;
-                    o += ascii;
-                    goto nonAscii;
-                }
-                p += 16;
-                o += 16;
-            }
-#endif
-            while (p < end && *p < 0x80)
-                *o++ = *p++;
+    // Invariant: o - out <= p - s, so 16 units may be stored while 16 bytes remain.
+    const __m128i zero = _mm_setzero_si128();
+    while (end - p >= 16) {
+        const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+        const unsigned mask = static_cast<unsigned>(_mm_movemask_epi8(v));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(o), _mm_unpacklo_epi8(v, zero));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(o + 8), _mm_unpackhi_epi8(v, zero));
+        if (mask == 0) {
+            p += 16;
+            o += 16;
             continue;
         }
-#if defined(__SSE2__)
-    nonAscii:
-#endif
-        // A run of multi-byte sequences; fall back to the ASCII loop on the next ASCII byte.
-        while (p < end && *p >= 0x80) {
-            const unsigned char lead = *p;
-            if (lead < 0xC0) {
-                *o++ = lead;
-                ++p;
-                continue;
-            }
-            const int extra = trailingBytes(lead);
-            if (end - p <= extra) return std::size_t(o - out);
-            std::uint32_t ch;
-            if (extra == 1)
-                ch = (std::uint32_t(lead) << 6) + p[1] - 0x3080u;
-            else if (extra == 2)
-                ch = (std::uint32_t(lead) << 12) + (std::uint32_t(p[1]) << 6) + p[2] - 0xE2080u;
+        const int ascii = __builtin_ctz(mask);
+        p += ascii;
+        o += ascii;
+        // Mixed text: a short scalar stretch costs less than a vector step per character.
+        // Stop 6 bytes (the longest sequence) before the end; the checked loop does the rest.
+        const unsigned char* const stop = end - p > 22 ? p + 16 : end - 6;
+        while (p < stop) {
+            if (*p < 0x80)
+                *o++ = *p++;
             else
-                ch = decodeSequence(p, extra);
-            p += extra + 1;
-            o = emitUtf16(ch, o);
+                p = decodeOne(p, o);
         }
+    }
+#endif
+    while (p < end) {
+        if (*p < 0x80) {
+            *o++ = *p++;
+            continue;
+        }
+        if (end - p <= trailingBytes(*p)) break; // cut off at the end: dropped
+        p = decodeOne(p, o);
     }
     return std::size_t(o - out);
 }
@@ -119,50 +135,84 @@ std::size_t utf8Length(const unsigned short* s, std::size_t n) noexcept {
 
 } // namespace
 
+namespace {
+
+/// Encodes the unit at s[i] (with its low surrogate when one follows before n).
+inline void encodeOne(const unsigned short* s, std::size_t& i, std::size_t n,
+                      unsigned char*& o) noexcept {
+    std::uint32_t u = s[i++];
+    if (u < 0x80) {
+        *o++ = static_cast<unsigned char>(u);
+    } else if (u < 0x800) {
+        o[0] = static_cast<unsigned char>(0xC0 | (u >> 6));
+        o[1] = static_cast<unsigned char>(0x80 | (u & 0x3F));
+        o += 2;
+    } else if (isHighSurrogate(u) && i < n && isLowSurrogate(s[i])) {
+        u = combineSurrogates(u, s[i++]);
+        encodeSequence(u, 4, o);
+        o += 4;
+    } else {
+        o[0] = static_cast<unsigned char>(0xE0 | (u >> 12));
+        o[1] = static_cast<unsigned char>(0x80 | ((u >> 6) & 0x3F));
+        o[2] = static_cast<unsigned char>(0x80 | (u & 0x3F));
+        o += 3;
+    }
+}
+
+} // namespace
+
 std::string utf16ToUtf8(const unsigned short* s, std::size_t n) {
-    std::string result(utf8Length(s, n), '\0');
-    unsigned char* o = reinterpret_cast<unsigned char*>(result.data());
+    // Units are encoded into a chunk that stays in the first-level cache and appended to a
+    // string reserved at one byte per unit (exact for ASCII); only text that outgrows that
+    // pays for one exact length pass over what is left.
+    constexpr std::size_t kChunk = 8192;
+    constexpr std::size_t kMaxStep = 64; // bytes one step of the loop below can write
+    unsigned char chunk[kChunk + kMaxStep];
+    std::string result;
+    result.reserve(n);
     std::size_t i = 0;
     while (i < n) {
+        unsigned char* o = chunk;
+        while (i < n && o < chunk + kChunk) {
 #if defined(__SSE2__)
-        // Output room never falls below the units left, so 16-byte stores are safe here.
-        const __m128i high = _mm_set1_epi16(static_cast<short>(0xFF80));
-        const __m128i zero = _mm_setzero_si128();
-        while (n - i >= 16) {
-            const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + i));
-            const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + i + 8));
-            const __m128i any = _mm_and_si128(_mm_or_si128(a, b), high);
-            if (_mm_movemask_epi8(_mm_cmpeq_epi16(any, zero)) != 0xFFFF) break;
-            _mm_storeu_si128(reinterpret_cast<__m128i*>(o), _mm_packus_epi16(a, b));
-            o += 16;
-            i += 16;
-        }
-        if (i == n) break;
+            if (n - i >= 16) {
+                const __m128i high = _mm_set1_epi16(static_cast<short>(0xFF80));
+                const __m128i zero = _mm_setzero_si128();
+                const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + i));
+                const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + i + 8));
+                const unsigned asciiA = static_cast<unsigned>(
+                    _mm_movemask_epi8(_mm_cmpeq_epi16(_mm_and_si128(a, high), zero)));
+                _mm_storeu_si128(reinterpret_cast<__m128i*>(o), _mm_packus_epi16(a, b));
+                if (asciiA == 0xFFFF) {
+                    const unsigned asciiB = static_cast<unsigned>(
+                        _mm_movemask_epi8(_mm_cmpeq_epi16(_mm_and_si128(b, high), zero)));
+                    if (asciiB == 0xFFFF) {
+                        i += 16;
+                        o += 16;
+                        continue;
+                    }
+                    const int k = 8 + __builtin_ctz(~asciiB) / 2;
+                    i += std::size_t(k);
+                    o += k;
+                } else {
+                    const int k = __builtin_ctz(~asciiA) / 2;
+                    i += std::size_t(k);
+                    o += k;
+                }
+                // Mixed text: a short scalar stretch (at most 8 units, 3 bytes each, plus
+                // a pair) is cheaper than a vector step per character.
+                const std::size_t stop = n - i > 8 ? i + 8 : n;
+                while (i < stop)
+                    encodeOne(s, i, n, o);
+                continue;
+            }
 #endif
-        const std::size_t stop = n - i > 16 ? i + 16 : n;
-        while (i < stop) {
-            std::uint32_t u = s[i++];
-            if (u < 0x80) {
-                *o++ = static_cast<unsigned char>(u);
-                continue;
-            }
-            if (u < 0x800) {
-                o[0] = static_cast<unsigned char>(0xC0 | (u >> 6));
-                o[1] = static_cast<unsigned char>(0x80 | (u & 0x3F));
-                o += 2;
-                continue;
-            }
-            if (isHighSurrogate(u) && i < n && isLowSurrogate(s[i])) {
-                u = combineSurrogates(u, s[i++]);
-                encodeSequence(u, 4, o);
-                o += 4;
-                continue;
-            }
-            o[0] = static_cast<unsigned char>(0xE0 | (u >> 12));
-            o[1] = static_cast<unsigned char>(0x80 | ((u >> 6) & 0x3F));
-            o[2] = static_cast<unsigned char>(0x80 | (u & 0x3F));
-            o += 3;
+            encodeOne(s, i, n, o);
         }
+        const std::size_t produced = std::size_t(o - chunk);
+        if (result.size() + produced > result.capacity())
+            result.reserve(result.size() + produced + utf8Length(s + i, n - i));
+        result.append(reinterpret_cast<const char*>(chunk), produced);
     }
     return result;
 }
