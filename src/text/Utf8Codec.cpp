@@ -1,6 +1,8 @@
 // Whole-string UTF-8 <-> UTF-16 codecs with vectorised ASCII runs.
 #include "Utf8Codec.h"
+#include "Utf8EncodeSpan.h"
 
+#include <algorithm>
 #include <cstring>
 
 #if defined(__SSE2__)
@@ -135,86 +137,48 @@ std::size_t utf8Length(const unsigned short* s, std::size_t n) noexcept {
 
 } // namespace
 
+#if defined(PLUMVALE_HAVE_SSSE3_ENCODER)
+std::size_t encodeUtf8SpanSsse3(const unsigned short* s, std::size_t n, std::size_t& i,
+                                unsigned char* out, const unsigned char* limit);
+#endif
+
 namespace {
 
-/// Encodes the unit at s[i] (with its low surrogate when one follows before n).
-inline void encodeOne(const unsigned short* s, std::size_t& i, std::size_t n,
-                      unsigned char*& o) noexcept {
-    std::uint32_t u = s[i++];
-    if (u < 0x80) {
-        *o++ = static_cast<unsigned char>(u);
-    } else if (u < 0x800) {
-        o[0] = static_cast<unsigned char>(0xC0 | (u >> 6));
-        o[1] = static_cast<unsigned char>(0x80 | (u & 0x3F));
-        o += 2;
-    } else if (isHighSurrogate(u) && i < n && isLowSurrogate(s[i])) {
-        u = combineSurrogates(u, s[i++]);
-        encodeSequence(u, 4, o);
-        o += 4;
-    } else {
-        o[0] = static_cast<unsigned char>(0xE0 | (u >> 12));
-        o[1] = static_cast<unsigned char>(0x80 | ((u >> 6) & 0x3F));
-        o[2] = static_cast<unsigned char>(0x80 | (u & 0x3F));
-        o += 3;
-    }
+using SpanEncoder = std::size_t (*)(const unsigned short*, std::size_t, std::size_t&,
+                                    unsigned char*, const unsigned char*);
+
+SpanEncoder spanEncoder() {
+#if defined(PLUMVALE_HAVE_SSSE3_ENCODER)
+    static const SpanEncoder best =
+        __builtin_cpu_supports("ssse3") ? &encodeUtf8SpanSsse3 : &encodeSpan;
+    return best;
+#else
+    return &encodeSpan;
+#endif
 }
 
 } // namespace
 
 std::string utf16ToUtf8(const unsigned short* s, std::size_t n) {
-    // Units are encoded into a chunk that stays in the first-level cache and appended to a
-    // string reserved at one byte per unit (exact for ASCII); only text that outgrows that
-    // pays for one exact length pass over what is left.
+    // Units are encoded into a chunk that stays in the first-level cache. A text that fits
+    // in one chunk costs one allocation; a longer one is appended chunk by chunk to a string
+    // reserved at one byte per unit (exact for ASCII), and only text that outgrows that pays
+    // for one exact length pass over what is left.
     constexpr std::size_t kChunk = 8192;
-    constexpr std::size_t kMaxStep = 64; // bytes one step of the loop below can write
-    unsigned char chunk[kChunk + kMaxStep];
-    std::string result;
-    result.reserve(n);
+    unsigned char chunk[kChunk + kEncodeMaxStep];
+    const SpanEncoder encode = spanEncoder();
     std::size_t i = 0;
-    while (i < n) {
-        unsigned char* o = chunk;
-        while (i < n && o < chunk + kChunk) {
-#if defined(__SSE2__)
-            if (n - i >= 16) {
-                const __m128i high = _mm_set1_epi16(static_cast<short>(0xFF80));
-                const __m128i zero = _mm_setzero_si128();
-                const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + i));
-                const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + i + 8));
-                const unsigned asciiA = static_cast<unsigned>(
-                    _mm_movemask_epi8(_mm_cmpeq_epi16(_mm_and_si128(a, high), zero)));
-                _mm_storeu_si128(reinterpret_cast<__m128i*>(o), _mm_packus_epi16(a, b));
-                if (asciiA == 0xFFFF) {
-                    const unsigned asciiB = static_cast<unsigned>(
-                        _mm_movemask_epi8(_mm_cmpeq_epi16(_mm_and_si128(b, high), zero)));
-                    if (asciiB == 0xFFFF) {
-                        i += 16;
-                        o += 16;
-                        continue;
-                    }
-                    const int k = 8 + __builtin_ctz(~asciiB) / 2;
-                    i += std::size_t(k);
-                    o += k;
-                } else {
-                    const int k = __builtin_ctz(~asciiA) / 2;
-                    i += std::size_t(k);
-                    o += k;
-                }
-                // Mixed text: a short scalar stretch (at most 8 units, 3 bytes each, plus
-                // a pair) is cheaper than a vector step per character.
-                const std::size_t stop = n - i > 8 ? i + 8 : n;
-                while (i < stop)
-                    encodeOne(s, i, n, o);
-                continue;
-            }
-#endif
-            encodeOne(s, i, n, o);
-        }
-        const std::size_t produced = std::size_t(o - chunk);
+    std::size_t produced = encode(s, n, i, chunk, chunk + kChunk);
+    if (i == n) return std::string(reinterpret_cast<const char*>(chunk), produced);
+    std::string result;
+    result.reserve(std::max(n, produced + (n - i)));
+    for (;;) {
         if (result.size() + produced > result.capacity())
             result.reserve(result.size() + produced + utf8Length(s + i, n - i));
         result.append(reinterpret_cast<const char*>(chunk), produced);
+        if (i == n) return result;
+        produced = encode(s, n, i, chunk, chunk + kChunk);
     }
-    return result;
 }
 
 } // namespace plumvale::text
