@@ -7,28 +7,39 @@
 #include <benchmark/benchmark.h>
 
 #include <map>
+#include <random>
 #include <string>
+#include <vector>
 
 namespace {
 
 enum Corpus { Ascii, Latin, Cjk, Emoji };
 
-const char* const kSamples[] = {
-    "The quick brown fox jumps over the lazy dog; frame 0042 of scene 7. ",
-    "D\xC3\xA9j\xC3\xA0 vu: l'\xC3\xA9l\xC3\xA8ve na\xC3\xAF" "f \xC3\xA0 la f\xC3\xAAte, "
-    "\xC3\xA7\xC3\xA0 et l\xC3\xA0. ",
-    "\xE5\x8B\x95\xE7\x94\xBB\xE3\x81\xAE\xE5\xA0\xB4\xE9\x9D\xA2\xE3\x82\x92\xE6\x8F\x8F"
-    "\xE3\x81\x8F\xE3\x80\x82\xE7\xB7\x9A\xE3\x81\xA8\xE8\x89\xB2\xE3\x80\x82",
-    "ok \xF0\x9F\x98\x80 go \xF0\x9F\x8E\xA8 draw \xE2\x9C\x8F\xEF\xB8\x8F cel \xF0\x9F\x8E\xAC ",
+// Phrases per corpus. The texts are drawn from them at random (fixed seed), so that no
+// short period lets a branch predictor learn the input by heart.
+const std::vector<std::vector<const char*>> kPhrases = {
+    {"The quick brown fox jumps over the lazy dog. ", "Frame 0042 of scene 7, layer B. ",
+     "Export finished in 12.5 s; ", "cel /render/out/shot_010.png ", "x=1, y=2; ",
+     "Timeline: 24 fps, 1440 frames. "},
+    {"D\xC3\xA9j\xC3\xA0 vu ", "l'\xC3\xA9l\xC3\xA8ve na\xC3\xAF" "f ", "\xC3\xA0 la f\xC3\xAAte, ",
+     "\xC3\xA7\xC3\xA0 et l\xC3\xA0. ", "Stra\xC3\x9F" "e ", "\xC3\xB1" "and\xC3\xBA ", "frame 12 ",
+     "sc\xC3\xA8ne ", "\xE2\x80\x99" "quote\xE2\x80\x99 "},
+    {"\xE5\x8B\x95\xE7\x94\xBB", "\xE3\x81\xAE", "\xE5\xA0\xB4\xE9\x9D\xA2", "\xE3\x82\x92",
+     "\xE6\x8F\x8F\xE3\x81\x8F", "\xE3\x80\x82", "\xE7\xB7\x9A\xE3\x81\xA8\xE8\x89\xB2",
+     "\xEF\xBC\x8C", "\xE5\x8A\xA8\xE7\x94\xBB"},
+    {"ok ", "\xF0\x9F\x98\x80", " go ", "\xF0\x9F\x8E\xA8", " draw ", "\xE2\x9C\x8F\xEF\xB8\x8F",
+     " cel ", "\xF0\x9F\x8E\xAC", "! ", "\xF0\x9F\x91\x8D\xF0\x9F\x8F\xBD", " done. "},
 };
 
-/// The corpus sample repeated to `size` bytes, cut on a character boundary.
+/// Phrases of the corpus drawn at random until `size` bytes, cut on a character boundary.
 const std::string& corpus(int which, std::size_t size) {
     static std::map<std::pair<int, std::size_t>, std::string> cache;
     std::string& text = cache[{which, size}];
     if (text.empty()) {
+        const auto& phrases = kPhrases[std::size_t(which)];
+        std::mt19937 rng(42);
         while (text.size() < size)
-            text += kSamples[which];
+            text += phrases[rng() % phrases.size()];
         std::size_t cut = size;
         while (cut > 0 && (static_cast<unsigned char>(text[cut]) & 0xC0) == 0x80)
             --cut;

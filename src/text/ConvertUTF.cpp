@@ -1,11 +1,9 @@
 // The five buffer-to-buffer transcoding routines.
 #include <PlumvaleBaseCore/text/ConvertUTF.h>
 
-#include "Utf8Codec.h"
+#include "Utf8Rules.h"
 
 #include <cstdint>
-
-using namespace plumvale::text;
 
 namespace {
 

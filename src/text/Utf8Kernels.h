@@ -1,0 +1,420 @@
+// The whole-string UTF-8 kernels, compiled once per instruction set (internal linkage).
+//
+// Included by exactly two files: Utf8Codec.cpp (baseline SSE2) and Utf8KernelsAvx2.cpp
+// (built with -mavx2, chosen at run time). Everything here is static so that no AVX2 code
+// can be merged into the baseline build by the linker.
+#pragma once
+
+#include "Utf8Rules.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+#if defined(__SSSE3__) || defined(__AVX2__)
+#include <immintrin.h>
+#endif
+
+namespace {
+
+inline unsigned short* emitUtf16(std::uint32_t ch, unsigned short* o) noexcept {
+    if (ch < 0x10000) {
+        *o++ = static_cast<unsigned short>(ch);
+    } else if (ch > 0x10FFFF) {
+        *o++ = 0xFFFD;
+    } else {
+        ch -= 0x10000;
+        *o++ = static_cast<unsigned short>(0xD800 + (ch >> 10));
+        *o++ = static_cast<unsigned short>(0xDC00 + (ch & 0x3FF));
+    }
+    return o;
+}
+
+/// Decodes the multi-byte sequence at p (lead byte >= 0x80) whose bytes are all in range.
+inline const unsigned char* decodeOne(const unsigned char* p, unsigned short*& o) noexcept {
+    const std::uint32_t lead = *p;
+    std::uint32_t ch;
+    int extra;
+    if (lead < 0xC0) {
+        *o++ = static_cast<unsigned short>(lead);
+        return p + 1;
+    }
+    if (lead < 0xE0) {
+        // Never a pair: at most 0x83F, or wrapped below zero for 0xC0/0xC1 leads.
+        ch = (lead << 6) + p[1] - 0x3080u;
+        *o++ = ch < 0x10000 ? static_cast<unsigned short>(ch) : 0xFFFD;
+        return p + 2;
+    }
+    if (lead < 0xF0) {
+        ch = (lead << 12) + (std::uint32_t(p[1]) << 6) + p[2] - 0xE2080u;
+        extra = 2;
+    } else {
+        extra = trailingBytes(static_cast<unsigned char>(lead));
+        ch = decodeSequence(p, extra);
+    }
+    if (ch < 0x10000)
+        *o++ = static_cast<unsigned short>(ch);
+    else
+        o = emitUtf16(ch, o);
+    return p + extra + 1;
+}
+
+std::size_t decodeUtf8(const unsigned char* s, std::size_t n, unsigned short* out) {
+    const unsigned char* p = s;
+    const unsigned char* const end = s + n;
+    unsigned short* o = out;
+#if defined(__SSE2__)
+    // Invariant: o - out <= p - s, so 16 units may be stored while 16 bytes remain.
+    const __m128i zero = _mm_setzero_si128();
+    while (end - p >= 16) {
+        const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+        const unsigned mask = static_cast<unsigned>(_mm_movemask_epi8(v));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(o), _mm_unpacklo_epi8(v, zero));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(o + 8), _mm_unpackhi_epi8(v, zero));
+        if (mask == 0) {
+            p += 16;
+            o += 16;
+#if defined(__AVX2__)
+            // Inside an ASCII run: 32 bytes a step while it lasts.
+            while (end - p >= 32) {
+                const __m256i w = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
+                if (_mm256_movemask_epi8(w) != 0) break;
+                _mm256_storeu_si256(reinterpret_cast<__m256i*>(o),
+                                    _mm256_cvtepu8_epi16(_mm256_castsi256_si128(w)));
+                _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + 16),
+                                    _mm256_cvtepu8_epi16(_mm256_extracti128_si256(w, 1)));
+                p += 32;
+                o += 32;
+            }
+#endif
+            continue;
+        }
+        const int ascii = __builtin_ctz(mask);
+        p += ascii;
+        o += ascii;
+        // Mixed text: a short scalar stretch costs less than a vector step per character.
+        // Stop 6 bytes (the longest sequence) before the end; the checked loop does the rest.
+        const unsigned char* const stop = end - p > 22 ? p + 16 : end - 6;
+        while (p < stop) {
+            if (*p < 0x80)
+                *o++ = *p++;
+            else
+                p = decodeOne(p, o);
+        }
+    }
+#endif
+    while (p < end) {
+        if (*p < 0x80) {
+            *o++ = *p++;
+            continue;
+        }
+        if (end - p <= trailingBytes(*p)) break; // cut off at the end: dropped
+        p = decodeOne(p, o);
+    }
+    return std::size_t(o - out);
+}
+
+/// Longest scalar stretch of encodeSpan, in units.
+constexpr std::size_t kEncodeMaxStretch = 48;
+/// Bytes one pass of encodeSpan's loop may write past `limit`: an ASCII prefix of up to 15
+/// bytes, then the longest stretch at three bytes a unit, a closing pair and the one byte
+/// a wide store overwrites.
+constexpr std::size_t kEncodeMaxStep = 15 + 3 * kEncodeMaxStretch + 4 + 1;
+
+/// Encodes s[i] (and its low surrogate when one follows before n). Multi-byte forms are
+/// written with one 16- or 32-bit store, so up to one byte past the form is overwritten.
+inline void spanEncodeOne(const unsigned short* s, std::size_t& i, std::size_t n,
+                          unsigned char*& o) {
+    std::uint32_t u = s[i++];
+    if (u < 0x80) {
+        *o++ = static_cast<unsigned char>(u);
+        return;
+    }
+    if (u < 0x800) {
+        auto two = static_cast<std::uint16_t>((0xC0 | (u >> 6)) | ((0x80 | (u & 0x3F)) << 8));
+#if __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
+        two = __builtin_bswap16(two);
+#endif
+        std::memcpy(o, &two, 2);
+        o += 2;
+        return;
+    }
+    std::uint32_t bytes;
+    int length;
+    if (isHighSurrogate(u) && i < n && isLowSurrogate(s[i])) {
+        u = combineSurrogates(u, s[i++]);
+        bytes = (0xF0 | (u >> 18)) | ((0x80 | ((u >> 12) & 0x3F)) << 8) |
+                ((0x80 | ((u >> 6) & 0x3F)) << 16) | ((0x80 | (u & 0x3F)) << 24);
+        length = 4;
+    } else {
+        bytes = (0xE0 | (u >> 12)) | ((0x80 | ((u >> 6) & 0x3F)) << 8) | ((0x80 | (u & 0x3F)) << 16);
+        length = 3;
+    }
+#if __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
+    bytes = __builtin_bswap32(bytes);
+#endif
+    std::memcpy(o, &bytes, 4);
+    o += length;
+}
+
+#if defined(__SSSE3__)
+/// For each mask of 2-byte units among eight (bit k: unit k takes two bytes), the byte
+/// gather that keeps the low byte of every unit and the high byte of the 2-byte ones.
+struct PairCompaction {
+    alignas(16) unsigned char shuffle[256][16] = {};
+    unsigned char length[256] = {};
+    constexpr PairCompaction() {
+        for (unsigned mask = 0; mask < 256; ++mask) {
+            unsigned k = 0;
+            for (unsigned unit = 0; unit < 8; ++unit) {
+                shuffle[mask][k++] = static_cast<unsigned char>(2 * unit);
+                if (mask & (1u << unit)) shuffle[mask][k++] = static_cast<unsigned char>(2 * unit + 1);
+            }
+            length[mask] = static_cast<unsigned char>(k);
+            for (; k < 16; ++k)
+                shuffle[mask][k] = 0x80;
+        }
+    }
+};
+
+constexpr PairCompaction kPairCompaction{};
+
+/// For four units of 1, 2 or 3 bytes, the gather from a vector holding each unit's first
+/// two bytes in bytes 0-7 (two per unit) and its third byte in bytes 8-11. Index: bits 0-3
+/// mark units of two bytes or more, bits 4-7 units of three.
+struct HalfCompaction {
+    alignas(16) unsigned char shuffle[256][16] = {};
+    unsigned char length[256] = {};
+    constexpr HalfCompaction() {
+        for (unsigned index = 0; index < 256; ++index) {
+            unsigned k = 0;
+            for (unsigned unit = 0; unit < 4; ++unit) {
+                const bool two = index & (1u << unit);
+                const bool three = index & (16u << unit);
+                shuffle[index][k++] = static_cast<unsigned char>(2 * unit);
+                if (two || three) shuffle[index][k++] = static_cast<unsigned char>(2 * unit + 1);
+                if (three) shuffle[index][k++] = static_cast<unsigned char>(8 + unit);
+            }
+            length[index] = static_cast<unsigned char>(k);
+            for (; k < 16; ++k)
+                shuffle[index][k] = 0x80;
+        }
+    }
+};
+
+constexpr HalfCompaction kHalfCompaction{};
+#endif
+
+/// Encodes from s[position] while units remain and fewer than `room` bytes were written;
+/// returns the bytes written and moves `position`. `out` must hold room + kEncodeMaxStep.
+std::size_t encodeSpan(const unsigned short* s, std::size_t n, std::size_t& position,
+                       unsigned char* out, std::size_t room) {
+    const unsigned char* const limit = out + room;
+    // A local index: byte stores through `o` may alias anything, `position` included, which
+    // would otherwise force it through memory on every step.
+    std::size_t i = position;
+    unsigned char* o = out;
+#if defined(__SSE2__)
+    const __m128i zero = _mm_setzero_si128();
+    const __m128i notAscii = _mm_set1_epi16(static_cast<short>(0xFF80));
+#endif
+#if defined(__SSSE3__)
+    const PairCompaction& pairs = kPairCompaction;
+    const __m128i notTwoByte = _mm_set1_epi16(static_cast<short>(0xF800));
+    const __m128i surrogate = _mm_set1_epi16(static_cast<short>(0xD800));
+    const __m128i low6 = _mm_set1_epi16(0x3F);
+    const __m128i continuation = _mm_set1_epi16(0x80);
+    const __m128i lead2 = _mm_set1_epi16(0xC0);
+    const __m128i lead3 = _mm_set1_epi16(0xE0);
+    const __m128i lead4 = _mm_set1_epi16(0xF0);
+    const __m128i surrogateBits = _mm_set1_epi16(static_cast<short>(0xFC00));
+    const __m128i lowSurrogate = _mm_set1_epi16(static_cast<short>(0xDC00));
+    const __m128i low10 = _mm_set1_epi16(0x3FF);
+    const __m128i low4 = _mm_set1_epi16(0xF);
+    const __m128i low2 = _mm_set1_epi16(0x3);
+    // Three bytes per unit: lead and middle bytes from one vector, the last from another.
+    const __m128i gatherA0 = _mm_setr_epi8(0, 1, -1, 2, 3, -1, 4, 5, -1, 6, 7, -1, -1, -1, -1, -1);
+    const __m128i gatherB0 = _mm_setr_epi8(-1, -1, 0, -1, -1, 2, -1, -1, 4, -1, -1, 6, -1, -1, -1, -1);
+    const __m128i gatherA1 =
+        _mm_setr_epi8(8, 9, -1, 10, 11, -1, 12, 13, -1, 14, 15, -1, -1, -1, -1, -1);
+    const __m128i gatherB1 =
+        _mm_setr_epi8(-1, -1, 8, -1, -1, 10, -1, -1, 12, -1, -1, 14, -1, -1, -1, -1);
+#endif
+    unsigned misses = 0; // vector attempts failed in a row
+    while (i < n && o < limit) {
+        std::size_t stretch = 8;
+#if defined(__SSE2__)
+        if (n - i >= 16) {
+            __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + i));
+            __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + i + 8));
+            unsigned asciiA = static_cast<unsigned>(
+                _mm_movemask_epi8(_mm_cmpeq_epi16(_mm_and_si128(a, notAscii), zero)));
+            unsigned asciiB = static_cast<unsigned>(
+                _mm_movemask_epi8(_mm_cmpeq_epi16(_mm_and_si128(b, notAscii), zero)));
+            if ((asciiA & asciiB) == 0xFFFF) {
+#if defined(__AVX2__)
+                // A run of ASCII: 32 units a step while it lasts, then 16.
+                const __m256i notAscii32 = _mm256_set1_epi16(static_cast<short>(0xFF80));
+                while (n - i >= 32 && o < limit) {
+                    const __m256i x = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(s + i));
+                    const __m256i y =
+                        _mm256_loadu_si256(reinterpret_cast<const __m256i*>(s + i + 16));
+                    if (!_mm256_testz_si256(_mm256_or_si256(x, y), notAscii32)) break;
+                    _mm256_storeu_si256(reinterpret_cast<__m256i*>(o),
+                                        _mm256_permute4x64_epi64(_mm256_packus_epi16(x, y), 0xD8));
+                    i += 32;
+                    o += 32;
+                }
+                if (n - i < 16 || o >= limit) continue;
+                a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + i));
+                b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + i + 8));
+                if (_mm_movemask_epi8(_mm_cmpeq_epi16(_mm_and_si128(_mm_or_si128(a, b), notAscii),
+                                                      zero)) != 0xFFFF)
+                    continue;
+#endif
+                // A run of ASCII: 16 units a step for as long as it lasts.
+                do {
+                    _mm_storeu_si128(reinterpret_cast<__m128i*>(o), _mm_packus_epi16(a, b));
+                    i += 16;
+                    o += 16;
+                    if (n - i < 16 || o >= limit) break;
+                    a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + i));
+                    b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + i + 8));
+                } while (_mm_movemask_epi8(_mm_cmpeq_epi16(
+                             _mm_and_si128(_mm_or_si128(a, b), notAscii), zero)) == 0xFFFF);
+                misses = 0;
+                continue;
+            }
+#if defined(__SSSE3__)
+            const __m128i high = _mm_and_si128(a, notTwoByte);
+            const __m128i below800 = _mm_cmpeq_epi16(high, zero);
+            if (_mm_movemask_epi8(below800) == 0xFFFF) {
+                // Eight units of one or two bytes each.
+                const __m128i two = _mm_or_si128(
+                    _mm_or_si128(_mm_srli_epi16(a, 6), lead2),
+                    _mm_slli_epi16(_mm_or_si128(_mm_and_si128(a, low6), continuation), 8));
+                const __m128i ascii = _mm_cmpeq_epi16(_mm_and_si128(a, notAscii), zero);
+                const __m128i bytes =
+                    _mm_or_si128(_mm_and_si128(ascii, a), _mm_andnot_si128(ascii, two));
+                const unsigned mask =
+                    ~static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(ascii, ascii))) & 0xFF;
+                const __m128i gather =
+                    _mm_load_si128(reinterpret_cast<const __m128i*>(pairs.shuffle[mask]));
+                _mm_storeu_si128(reinterpret_cast<__m128i*>(o), _mm_shuffle_epi8(bytes, gather));
+                o += pairs.length[mask];
+                i += 8;
+                misses = 0;
+                continue;
+            }
+            const __m128i isSurrogate = _mm_cmpeq_epi16(high, surrogate);
+            const __m128i notThree = _mm_or_si128(below800, isSurrogate);
+            if (_mm_movemask_epi8(notThree) == 0) {
+                // Eight units of three bytes each, no surrogates.
+                const __m128i lead = _mm_or_si128(_mm_srli_epi16(a, 12), lead3);
+                const __m128i middle =
+                    _mm_or_si128(_mm_and_si128(_mm_srli_epi16(a, 6), low6), continuation);
+                const __m128i top = _mm_or_si128(lead, _mm_slli_epi16(middle, 8));
+                const __m128i last = _mm_or_si128(_mm_and_si128(a, low6), continuation);
+                _mm_storeu_si128(reinterpret_cast<__m128i*>(o),
+                                 _mm_or_si128(_mm_shuffle_epi8(top, gatherA0),
+                                              _mm_shuffle_epi8(last, gatherB0)));
+                _mm_storeu_si128(reinterpret_cast<__m128i*>(o + 12),
+                                 _mm_or_si128(_mm_shuffle_epi8(top, gatherA1),
+                                              _mm_shuffle_epi8(last, gatherB1)));
+                o += 24;
+                i += 8;
+                misses = 0;
+                continue;
+            }
+            {
+                // Any mix of 1-, 2- and 3-byte units and surrogate pairs lying whole inside
+                // the eight units. A pair's four bytes are split two per lane: the low lane
+                // takes two bits of the high unit from its neighbour.
+                const __m128i tag = _mm_and_si128(a, surrogateBits);
+                const __m128i isHigh = _mm_cmpeq_epi16(tag, surrogate);
+                const __m128i isLow = _mm_cmpeq_epi16(tag, lowSurrogate);
+                const unsigned high8 =
+                    static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(isHigh, isHigh))) & 0xFF;
+                const unsigned low8 =
+                    static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(isLow, isLow))) & 0xFF;
+                if (low8 == ((high8 << 1) & 0xFF) && !(high8 & 0x80)) {
+                    const __m128i ascii = _mm_cmpeq_epi16(_mm_and_si128(a, notAscii), zero);
+                    const __m128i last = _mm_or_si128(_mm_and_si128(a, low6), continuation);
+                    const __m128i two = _mm_or_si128(_mm_or_si128(_mm_srli_epi16(a, 6), lead2),
+                                                     _mm_slli_epi16(last, 8));
+                    const __m128i three = _mm_or_si128(
+                        _mm_or_si128(_mm_srli_epi16(a, 12), lead3),
+                        _mm_slli_epi16(
+                            _mm_or_si128(_mm_and_si128(_mm_srli_epi16(a, 6), low6), continuation),
+                            8));
+                    // High unit: t = ((u & 0x3FF) >> 2) + 0x10 carries the plane.
+                    const __m128i t = _mm_add_epi16(_mm_srli_epi16(_mm_and_si128(a, low10), 2),
+                                                    _mm_set1_epi16(0x10));
+                    const __m128i highBytes = _mm_or_si128(
+                        _mm_or_si128(_mm_srli_epi16(t, 6), lead4),
+                        _mm_slli_epi16(_mm_or_si128(_mm_and_si128(t, low6), continuation), 8));
+                    const __m128i previous = _mm_slli_si128(a, 2);
+                    const __m128i lowBytes = _mm_or_si128(
+                        _mm_or_si128(continuation,
+                                     _mm_or_si128(_mm_slli_epi16(_mm_and_si128(previous, low2), 4),
+                                                  _mm_and_si128(_mm_srli_epi16(a, 6), low4))),
+                        _mm_slli_epi16(last, 8));
+                    const auto pick = [](__m128i mask, __m128i yes, __m128i no) {
+                        return _mm_or_si128(_mm_and_si128(mask, yes), _mm_andnot_si128(mask, no));
+                    };
+                    __m128i first = pick(below800, two, three);
+                    first = pick(isHigh, highBytes, first);
+                    first = pick(isLow, lowBytes, first);
+                    first = pick(ascii, a, first);
+                    const __m128i threeLanes = _mm_andnot_si128(_mm_or_si128(below800, isSurrogate),
+                                                                _mm_set1_epi16(-1));
+                    const unsigned long2 =
+                        ~static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(ascii, ascii))) &
+                        0xFF;
+                    const unsigned long3 = static_cast<unsigned>(_mm_movemask_epi8(
+                                               _mm_packs_epi16(threeLanes, threeLanes))) &
+                                           0xFF;
+                    const __m128i thirds = _mm_packus_epi16(last, last);
+                    const __m128i half0 = _mm_unpacklo_epi64(first, thirds);
+                    const __m128i half1 = _mm_unpackhi_epi64(first, _mm_srli_si128(thirds, 4));
+                    const unsigned index0 = (long2 & 0xF) | ((long3 & 0xF) << 4);
+                    const unsigned index1 = (long2 >> 4) | (long3 & 0xF0);
+                    const HalfCompaction& halves = kHalfCompaction;
+                    _mm_storeu_si128(
+                        reinterpret_cast<__m128i*>(o),
+                        _mm_shuffle_epi8(half0, _mm_load_si128(reinterpret_cast<const __m128i*>(
+                                                    halves.shuffle[index0]))));
+                    o += halves.length[index0];
+                    _mm_storeu_si128(
+                        reinterpret_cast<__m128i*>(o),
+                        _mm_shuffle_epi8(half1, _mm_load_si128(reinterpret_cast<const __m128i*>(
+                                                    halves.shuffle[index1]))));
+                    o += halves.length[index1];
+                    i += 8;
+                    misses = 0;
+                    continue;
+                }
+            }
+#endif
+            // Mixed text: copy the ASCII prefix, then a scalar stretch long enough to pay
+            // for the vector attempt that failed, longer when they keep failing.
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(o), _mm_packus_epi16(a, b));
+            const int k = __builtin_ctz(~(asciiA | (asciiB << 16))) / 2;
+            i += std::size_t(k);
+            o += k;
+            ++misses;
+            stretch = misses < 3 ? 16 : kEncodeMaxStretch;
+        }
+#endif
+        const std::size_t stop = n - i > stretch ? i + stretch : n;
+        while (i < stop)
+            spanEncodeOne(s, i, n, o);
+    }
+    position = i;
+    return std::size_t(o - out);
+}
+
+} // namespace
