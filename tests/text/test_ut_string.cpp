@@ -311,3 +311,17 @@ TEST(UTString, WholeStringCodecsAgreeWithBufferRoutinesOnRandomInput) {
         ASSERT_EQ(w.utf8(), chunkedEncode(units)) << round;
     }
 }
+
+// Long texts go through the chunked encoder, which reserves from the density of the first
+// chunk: a text that turns denser later must still come out whole and exact.
+TEST(UTString, LongTextsWhoseDensityChangesEncodeExactly) {
+    std::u16string text(20000, u'a');
+    for (int k = 0; k < 30000; ++k)
+        text += (k % 3 == 0) ? u"\U0001F600" : (k % 3 == 1 ? u"\u4e2d" : u"\u00e9");
+    text += u'\xd800'; // a lone surrogate at the very end
+    const UT_String s(text);
+    const std::vector<unit> units(s.begin(), s.end());
+    const std::string bytes = s.utf8();
+    EXPECT_EQ(bytes, chunkedEncode(units));
+    EXPECT_EQ(UT_String(bytes.c_str()), s);
+}
