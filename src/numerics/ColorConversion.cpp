@@ -25,7 +25,9 @@ unsigned long pack(float r, float g, float b) {
     return channel(r) | (channel(g) << 8) | (channel(b) << 16);
 }
 
-float clamp01(float v) { return v > 1.0f ? 1.0f : (v > 0.0f ? v : 0.0f); }
+float clamp01(float v) {
+    return v > 1.0f ? 1.0f : (v > 0.0f ? v : 0.0f);
+}
 
 float wrap01(float h) {
     if (!std::isfinite(h)) return 0.0f;
@@ -70,12 +72,24 @@ void HSVtoRGB(const HSV& hsv, unsigned long& colour) {
     const float q = v * (1.0f - s * f);
     const float t = v * (1.0f - s * (1.0f - f));
     switch (sector) {
-    case 0: colour = pack(v, t, p); break;
-    case 1: colour = pack(q, v, p); break;
-    case 2: colour = pack(p, v, t); break;
-    case 3: colour = pack(p, q, v); break;
-    case 4: colour = pack(t, p, v); break;
-    default: colour = pack(v, p, q); break;
+    case 0:
+        colour = pack(v, t, p);
+        break;
+    case 1:
+        colour = pack(q, v, p);
+        break;
+    case 2:
+        colour = pack(p, v, t);
+        break;
+    case 3:
+        colour = pack(p, q, v);
+        break;
+    case 4:
+        colour = pack(t, p, v);
+        break;
+    default:
+        colour = pack(v, p, q);
+        break;
     }
 }
 

@@ -100,10 +100,10 @@ __attribute__((target("pclmul,sse2"))) std::uint64_t
 crc64Clmul(std::uint64_t crc, const unsigned char* p, std::size_t n) noexcept {
     if (n < 64) return crc64Slicing(crc, p, n);
     const FoldConstants& c = foldConstants();
-    const __m128i k128 = _mm_set_epi64x(static_cast<long long>(c.hi128),
-                                        static_cast<long long>(c.lo128));
-    const __m128i k512 = _mm_set_epi64x(static_cast<long long>(c.hi512),
-                                        static_cast<long long>(c.lo512));
+    const __m128i k128 =
+        _mm_set_epi64x(static_cast<long long>(c.hi128), static_cast<long long>(c.lo128));
+    const __m128i k512 =
+        _mm_set_epi64x(static_cast<long long>(c.hi512), static_cast<long long>(c.lo512));
     auto load = [](const unsigned char* q) {
         return _mm_loadu_si128(reinterpret_cast<const __m128i*>(q));
     };
@@ -133,7 +133,9 @@ crc64Clmul(std::uint64_t crc, const unsigned char* p, std::size_t n) noexcept {
 
 #else
 
-bool crc64HasClmul() noexcept { return false; }
+bool crc64HasClmul() noexcept {
+    return false;
+}
 
 std::uint64_t crc64Clmul(std::uint64_t crc, const unsigned char* p, std::size_t n) noexcept {
     return crc64Slicing(crc, p, n);

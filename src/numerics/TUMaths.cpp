@@ -9,7 +9,9 @@ constexpr double kTwoPi = 2 * kPi;
 
 /// Past a million turns the subtraction loops would crawl (or, once 2 pi is below the
 /// spacing of doubles, never end): bring such angles near the range first.
-double reduceHuge(double a) { return std::fabs(a) > 1e6 * kTwoPi ? std::fmod(a, kTwoPi) : a; }
+double reduceHuge(double a) {
+    return std::fabs(a) > 1e6 * kTwoPi ? std::fmod(a, kTwoPi) : a;
+}
 } // namespace
 
 double TUMaths::wrapAngleToMinusPiToPi(double a) {

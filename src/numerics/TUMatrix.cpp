@@ -30,7 +30,9 @@ void TUMatrix::setValue(int row, int col, double value) {
     m_values[index(row, col)] = value;
 }
 
-void TUMatrix::loadZero() { std::fill(m_values.begin(), m_values.end(), 0.0); }
+void TUMatrix::loadZero() {
+    std::fill(m_values.begin(), m_values.end(), 0.0);
+}
 
 void TUMatrix::loadIdentity() {
     loadZero();
@@ -47,9 +49,13 @@ void TUMatrix::resize(int rows, int cols) {
     *this = std::move(fresh);
 }
 
-void TUMatrix::addRow(int count) { resize(m_rows + std::max(count, 0), m_cols); }
+void TUMatrix::addRow(int count) {
+    resize(m_rows + std::max(count, 0), m_cols);
+}
 
-void TUMatrix::addCol(int count) { resize(m_rows, m_cols + std::max(count, 0)); }
+void TUMatrix::addCol(int count) {
+    resize(m_rows, m_cols + std::max(count, 0));
+}
 
 TUMatrix TUMatrix::operator*(const TUMatrix& other) const {
     if (m_cols != other.m_rows) throw MatrixError();
@@ -66,7 +72,9 @@ TUMatrix TUMatrix::operator*(const TUMatrix& other) const {
     return product;
 }
 
-TUMatrix& TUMatrix::operator*=(const TUMatrix& other) { return *this = *this * other; }
+TUMatrix& TUMatrix::operator*=(const TUMatrix& other) {
+    return *this = *this * other;
+}
 
 bool TUMatrix::operator==(const TUMatrix& other) const {
     return m_rows == other.m_rows && m_cols == other.m_cols && m_values == other.m_values;
@@ -219,8 +227,8 @@ int TUMatrix::pseudoInverse(const TUMatrix& a, TUMatrix& result) {
         for (int c = 0; c < n; ++c) {
             double sum = 0;
             for (int k = 0; k < n; ++k)
-                sum += v.m_values[v.index(r, k)] * inverse[std::size_t(k)] *
-                       v.m_values[v.index(c, k)];
+                sum +=
+                    v.m_values[v.index(r, k)] * inverse[std::size_t(k)] * v.m_values[v.index(c, k)];
             gramInverse.m_values[gramInverse.index(r, c)] = sum;
         }
     TUMatrix transposed(n, m);

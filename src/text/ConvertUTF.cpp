@@ -25,8 +25,8 @@ inline int readUtf16(const unsigned short* p, const unsigned short* end, std::ui
 
 template <class Src>
 ConversionResult toUtf8(const Src** sourceStart, const Src* sourceEnd, unsigned char** targetStart,
-                        unsigned char* targetEnd, int (*read)(const Src*, const Src*,
-                                                              std::uint32_t&)) {
+                        unsigned char* targetEnd,
+                        int (*read)(const Src*, const Src*, std::uint32_t&)) {
     if (badArguments(sourceStart, sourceEnd, targetStart, targetEnd)) return conversionOK;
     const Src* s = *sourceStart;
     unsigned char* t = *targetStart;

@@ -53,17 +53,29 @@ bool isCSpace(char c) {
 
 } // namespace
 
-int UT_Compare(const UT_String& a, const UT_String& b) { return collate(a, b, false); }
+int UT_Compare(const UT_String& a, const UT_String& b) {
+    return collate(a, b, false);
+}
 
-int UT_CompareNoCase(const UT_String& a, const UT_String& b) { return collate(a, b, true); }
+int UT_CompareNoCase(const UT_String& a, const UT_String& b) {
+    return collate(a, b, true);
+}
 
-UT_String UT_A2W(const char* text) { return text ? codePageToUtf16(text, std::strlen(text)) : UT_String(); }
+UT_String UT_A2W(const char* text) {
+    return text ? codePageToUtf16(text, std::strlen(text)) : UT_String();
+}
 
-UT_String& UT_A2W(const char* text, UT_String& out) { return out = UT_A2W(text); }
+UT_String& UT_A2W(const char* text, UT_String& out) {
+    return out = UT_A2W(text);
+}
 
-UT_String UT_S2W(const std::string& text) { return UT_A2W(text.c_str()); }
+UT_String UT_S2W(const std::string& text) {
+    return UT_A2W(text.c_str());
+}
 
-UT_String& UT_S2W(const std::string& text, UT_String& out) { return out = UT_S2W(text); }
+UT_String& UT_S2W(const std::string& text, UT_String& out) {
+    return out = UT_S2W(text);
+}
 
 std::string UT_W2S(const UT_String& text) {
     if (!codePageIsUtf8()) {
@@ -78,7 +90,9 @@ std::string UT_W2S(const UT_String& text) {
     return utf16ToCodePage(text.data(), text.size());
 }
 
-std::string& UT_W2S(const UT_String& text, std::string& out) { return out = UT_W2S(text); }
+std::string& UT_W2S(const UT_String& text, std::string& out) {
+    return out = UT_W2S(text);
+}
 
 int UT_W2Int(const UT_String& text) {
     const std::string s = narrow(text, false);
@@ -98,4 +112,6 @@ int UT_W2Int(const UT_String& text) {
     return static_cast<int>(value);
 }
 
-double UT_W2Float(const UT_String& text) { return parseDoubleC(narrow(text, true).c_str()); }
+double UT_W2Float(const UT_String& text) {
+    return parseDoubleC(narrow(text, true).c_str());
+}

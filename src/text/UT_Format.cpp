@@ -18,18 +18,20 @@ union ArgValue {
 };
 
 /// 8-bit to 16-bit with sign extension: 0x80-0xFF become 0xFF80-0xFFFF.
-inline unit widen(char c) { return static_cast<unit>(static_cast<short>(static_cast<signed char>(c))); }
+inline unit widen(char c) {
+    return static_cast<unit>(static_cast<short>(static_cast<signed char>(c)));
+}
 
 /// One parsed conversion specification.
 struct Spec {
     unit conversion = 0;
-    char size = 0;              // 0, 'h', 'l' or 'q'
-    std::string flags;          // as written, for snprintf
-    int width = -1;             // -1: none
-    int precision = -1;         // -1: none
-    unsigned widthArg = 0;      // 1-based argument slot of "*", 0: none
+    char size = 0;         // 0, 'h', 'l' or 'q'
+    std::string flags;     // as written, for snprintf
+    int width = -1;        // -1: none
+    int precision = -1;    // -1: none
+    unsigned widthArg = 0; // 1-based argument slot of "*", 0: none
     unsigned precisionArg = 0;
-    unsigned arg = 0;           // 1-based argument slot of the value, 0: takes none
+    unsigned arg = 0; // 1-based argument slot of the value, 0: takes none
     ArgType type = ArgType::None;
 };
 
@@ -37,11 +39,13 @@ struct Spec {
 struct Piece {
     std::size_t begin = 0, length = 0; // literal run within the format
     bool isSpec = false;
-    bool percent = false;              // "%%"
+    bool percent = false; // "%%"
     Spec spec;
 };
 
-bool isDigit(unit c) { return c >= '0' && c <= '9'; }
+bool isDigit(unit c) {
+    return c >= '0' && c <= '9';
+}
 
 /// Reads digits at `i`; returns -1 when there are none. Values saturate well below INT_MAX.
 int readNumber(const UT_String& f, std::size_t& i) {
@@ -68,15 +72,32 @@ unsigned readPosition(const UT_String& f, std::size_t& i) {
 
 ArgType typeOf(unit conversion, char size) {
     switch (conversion) {
-    case 'd': case 'i': case 'o': case 'u': case 'x': case 'X':
+    case 'd':
+    case 'i':
+    case 'o':
+    case 'u':
+    case 'x':
+    case 'X':
         return size == 'q' ? ArgType::LongLong : size == 'l' ? ArgType::Long : ArgType::Int;
-    case 'D': case 'O': case 'U':
+    case 'D':
+    case 'O':
+    case 'U':
         return ArgType::Long;
-    case 'c': case 'C':
+    case 'c':
+    case 'C':
         return ArgType::Int;
-    case 'e': case 'E': case 'f': case 'g': case 'G':
+    case 'e':
+    case 'E':
+    case 'f':
+    case 'g':
+    case 'G':
         return ArgType::Double;
-    case 'p': case 'n': case 's': case 'S': case '@': case 'P':
+    case 'p':
+    case 'n':
+    case 's':
+    case 'S':
+    case '@':
+    case 'P':
         return ArgType::Pointer;
     default:
         return ArgType::None;
@@ -158,12 +179,23 @@ public:
     void fetch(va_list args) {
         for (std::size_t k = 1; k < m_types.size(); ++k) {
             switch (m_types[k]) {
-            case ArgType::None: return;
-            case ArgType::Int: m_values[k].i = va_arg(args, int); break;
-            case ArgType::Long: m_values[k].i = va_arg(args, long); break;
-            case ArgType::LongLong: m_values[k].i = va_arg(args, long long); break;
-            case ArgType::Double: m_values[k].d = va_arg(args, double); break;
-            case ArgType::Pointer: m_values[k].p = va_arg(args, const void*); break;
+            case ArgType::None:
+                return;
+            case ArgType::Int:
+                m_values[k].i = va_arg(args, int);
+                break;
+            case ArgType::Long:
+                m_values[k].i = va_arg(args, long);
+                break;
+            case ArgType::LongLong:
+                m_values[k].i = va_arg(args, long long);
+                break;
+            case ArgType::Double:
+                m_values[k].d = va_arg(args, double);
+                break;
+            case ArgType::Pointer:
+                m_values[k].p = va_arg(args, const void*);
+                break;
             }
             m_fetched = k;
         }
@@ -264,7 +296,10 @@ void formatSpec(UT_String& out, Spec spec, const Arguments& args) {
     switch (c) {
     case 'n':
         return;
-    case 's': case 'S': case '@': case 'P':
+    case 's':
+    case 'S':
+    case '@':
+    case 'P':
         formatString(out, spec, args.pointer(spec.arg), width);
         return;
     case 'C': {
@@ -277,13 +312,19 @@ void formatSpec(UT_String& out, Spec spec, const Arguments& args) {
     case 'p':
         formatNumber(out, spec, width, "", 'p', args.pointer(spec.arg));
         return;
-    case 'e': case 'E': case 'f': case 'g': case 'G':
+    case 'e':
+    case 'E':
+    case 'f':
+    case 'g':
+    case 'G':
         formatNumber(out, spec, width, "", static_cast<char>(c), args.real(spec.arg));
         return;
     case 'c':
         formatNumber(out, spec, width, "", 'c', static_cast<int>(args.integer(spec.arg)));
         return;
-    case 'D': case 'O': case 'U':
+    case 'D':
+    case 'O':
+    case 'U':
         formatNumber(out, spec, width, "l", static_cast<char>(c - 'A' + 'a'),
                      static_cast<long>(args.integer(spec.arg)));
         return;

@@ -17,8 +17,12 @@ namespace {
 using unit = UT_String::value_type;
 using size_type = UT_String::size_type;
 
-[[noreturn]] void throwPosition() { throw std::out_of_range("invalid string position"); }
-[[noreturn]] void throwLength() { throw std::length_error("string too long"); }
+[[noreturn]] void throwPosition() {
+    throw std::out_of_range("invalid string position");
+}
+[[noreturn]] void throwLength() {
+    throw std::length_error("string too long");
+}
 
 void copyUnits(unit* dst, const unit* src, size_type n) noexcept {
     if (n) std::memcpy(dst, src, n * sizeof(unit));
@@ -95,33 +99,44 @@ UT_String::UT_String(const value_type* s, size_type count) : UT_String() {
     setSize(count);
 }
 
-UT_String::UT_String(size_type count, value_type unit) : UT_String() { append(count, unit); }
+UT_String::UT_String(size_type count, value_type unit) : UT_String() {
+    append(count, unit);
+}
 
 UT_String::UT_String(const UT_String& other, size_type pos, size_type count) : UT_String() {
     append(other, pos, count);
 }
 
-UT_String::UT_String(const QString& s) : UT_String() { *this = s; }
+UT_String::UT_String(const QString& s) : UT_String() {
+    *this = s;
+}
 
-UT_String::UT_String(const char* utf8) : UT_String() { *this = utf8; }
+UT_String::UT_String(const char* utf8) : UT_String() {
+    *this = utf8;
+}
 
 UT_String::UT_String(const char16_t* s) : UT_String() {
     if (!s) return;
     std::size_t n = 0;
-    while (s[n]) ++n;
+    while (s[n])
+        ++n;
     if (n > max_size()) throwLength();
     std::memcpy(growTo(size_type(n), 0), s, n * sizeof(unit));
     setSize(size_type(n));
 }
 
-UT_String::UT_String(const std::u16string& s) : UT_String() { assign(s); }
+UT_String::UT_String(const std::u16string& s) : UT_String() {
+    assign(s);
+}
 
 UT_String::UT_String(const UT_String& other) : UT_String() {
     copyUnits(growTo(other.m_size, 0), other.m_data, other.m_size);
     setSize(other.m_size);
 }
 
-UT_String::UT_String(UT_String&& other) noexcept : UT_String() { swap(other); }
+UT_String::UT_String(UT_String&& other) noexcept : UT_String() {
+    swap(other);
+}
 
 UT_String::~UT_String() {
     if (!isLocal()) std::free(m_data);
@@ -190,7 +205,9 @@ UT_String& UT_String::assign(const UT_String& other, size_type pos, size_type co
     return assign(other.m_data + pos, std::min(count, other.m_size - pos));
 }
 
-UT_String& UT_String::assign(const value_type* s) { return assign(s, unitLength(s)); }
+UT_String& UT_String::assign(const value_type* s) {
+    return assign(s, unitLength(s));
+}
 
 UT_String& UT_String::assign(const value_type* s, size_type count) {
     if (!s) count = 0;
@@ -222,7 +239,9 @@ UT_String& UT_String::append(const value_type* s, size_type count) {
     return replace(m_size, 0, s, count);
 }
 
-UT_String& UT_String::append(const value_type* s) { return append(s, unitLength(s)); }
+UT_String& UT_String::append(const value_type* s) {
+    return append(s, unitLength(s));
+}
 
 UT_String& UT_String::append(size_type count, value_type unit) {
     return replace(m_size, 0, count, unit);
@@ -343,7 +362,9 @@ UT_String& UT_String::replace(const_iterator first, const_iterator last, size_ty
 
 // --- capacity and access ------------------------------------------------------------------
 
-void UT_String::reserve(size_type n) { growTo(n, m_size); }
+void UT_String::reserve(size_type n) {
+    growTo(n, m_size);
+}
 
 void UT_String::shrink_to_fit() {
     if (isLocal() || m_capacity == m_size) return;
@@ -383,7 +404,9 @@ UT_String UT_String::substr(size_type pos, size_type count) const {
 
 // --- conversion out -----------------------------------------------------------------------
 
-std::string UT_String::utf8() const { return plumvale::text::utf16ToUtf8(m_data, m_size); }
+std::string UT_String::utf8() const {
+    return plumvale::text::utf16ToUtf8(m_data, m_size);
+}
 
 QString UT_String::ToQString() const {
     return QString(reinterpret_cast<const QChar*>(m_data), static_cast<qsizetype>(m_size));

@@ -9,7 +9,8 @@ namespace plumvale::text {
 inline UT_String::size_type unitLength(const UT_String::value_type* s) noexcept {
     if (!s) return 0;
     const UT_String::value_type* p = s;
-    while (*p) ++p;
+    while (*p)
+        ++p;
     return static_cast<UT_String::size_type>(p - s);
 }
 

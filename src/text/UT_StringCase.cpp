@@ -13,7 +13,9 @@ using size_type = UT_String::size_type;
 
 const unit kBlanks[] = {u' ', u'\t', u'\n'};
 
-bool isSurrogate(unit u) noexcept { return u >= 0xD800 && u <= 0xDFFF; }
+bool isSurrogate(unit u) noexcept {
+    return u >= 0xD800 && u <= 0xDFFF;
+}
 
 /// The C library's case mapping of one unit in the current locale (which may differ from
 /// ASCII even below 0x80, as Turkish does); surrogate halves are left alone.
@@ -48,23 +50,39 @@ UT_String& UT_String::trimRightSet(const value_type* set, size_type count) {
     return *this;
 }
 
-UT_String& UT_String::TrimLeft() { return trimLeftSet(kBlanks, 3); }
-UT_String& UT_String::TrimRight() { return trimRightSet(kBlanks, 3); }
-UT_String& UT_String::TrimLeft(value_type unit) { return trimLeftSet(&unit, 1); }
-UT_String& UT_String::TrimRight(value_type unit) { return trimRightSet(&unit, 1); }
+UT_String& UT_String::TrimLeft() {
+    return trimLeftSet(kBlanks, 3);
+}
+UT_String& UT_String::TrimRight() {
+    return trimRightSet(kBlanks, 3);
+}
+UT_String& UT_String::TrimLeft(value_type unit) {
+    return trimLeftSet(&unit, 1);
+}
+UT_String& UT_String::TrimRight(value_type unit) {
+    return trimRightSet(&unit, 1);
+}
 
 // The set is read in full before anything is erased, so it may alias this string.
-UT_String& UT_String::TrimLeft(const value_type* set) { return trimLeftSet(set, unitLength(set)); }
+UT_String& UT_String::TrimLeft(const value_type* set) {
+    return trimLeftSet(set, unitLength(set));
+}
 UT_String& UT_String::TrimRight(const value_type* set) {
     return trimRightSet(set, unitLength(set));
 }
-UT_String& UT_String::TrimLeft(const UT_String& set) { return trimLeftSet(set.m_data, set.m_size); }
+UT_String& UT_String::TrimLeft(const UT_String& set) {
+    return trimLeftSet(set.m_data, set.m_size);
+}
 UT_String& UT_String::TrimRight(const UT_String& set) {
     return trimRightSet(set.m_data, set.m_size);
 }
 
-UT_String UT_String::upper() const { return mapCopy<true>(*this); }
-UT_String UT_String::lower() const { return mapCopy<false>(*this); }
+UT_String UT_String::upper() const {
+    return mapCopy<true>(*this);
+}
+UT_String UT_String::lower() const {
+    return mapCopy<false>(*this);
+}
 
 int UT_String::compare_nocase(const UT_String& s) const {
     const size_type n = std::min(m_size, s.m_size);

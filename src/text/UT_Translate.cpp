@@ -24,9 +24,13 @@ UT_String UT_LoadString(const char** pair) {
     return UT_String(QCoreApplication::translate(pair[0], pair[1]));
 }
 
-UT_String UT_LoadString(const UT_String& text, const char* /*context*/) { return text; }
+UT_String UT_LoadString(const UT_String& text, const char* /*context*/) {
+    return text;
+}
 
-QString quote(const QString& text) { return QLatin1Char('"') + text + QLatin1Char('"'); }
+QString quote(const QString& text) {
+    return QLatin1Char('"') + text + QLatin1Char('"');
+}
 
 QString MISC_translateFromLatin1(const char* context, const char* source,
                                  const char* disambiguation) {

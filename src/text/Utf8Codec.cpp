@@ -72,7 +72,8 @@ std::size_t utf8Length(const unsigned short* s, std::size_t n) {
         const __m128i sums = _mm_madd_epi16(acc, _mm_set1_epi16(1));
         alignas(16) std::int32_t lanes[4];
         _mm_store_si128(reinterpret_cast<__m128i*>(lanes), sums);
-        const long long saved = -(static_cast<long long>(lanes[0]) + lanes[1] + lanes[2] + lanes[3]);
+        const long long saved =
+            -(static_cast<long long>(lanes[0]) + lanes[1] + lanes[2] + lanes[3]);
         length += 24 * steps - static_cast<std::size_t>(saved);
     }
 #endif

@@ -150,7 +150,8 @@ inline void spanEncodeOne(const unsigned short* s, std::size_t& i, std::size_t n
                 ((0x80 | ((u >> 6) & 0x3F)) << 16) | ((0x80 | (u & 0x3F)) << 24);
         length = 4;
     } else {
-        bytes = (0xE0 | (u >> 12)) | ((0x80 | ((u >> 6) & 0x3F)) << 8) | ((0x80 | (u & 0x3F)) << 16);
+        bytes =
+            (0xE0 | (u >> 12)) | ((0x80 | ((u >> 6) & 0x3F)) << 8) | ((0x80 | (u & 0x3F)) << 16);
         length = 3;
     }
 #if __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
@@ -171,7 +172,8 @@ struct PairCompaction {
             unsigned k = 0;
             for (unsigned unit = 0; unit < 8; ++unit) {
                 shuffle[mask][k++] = static_cast<unsigned char>(2 * unit);
-                if (mask & (1u << unit)) shuffle[mask][k++] = static_cast<unsigned char>(2 * unit + 1);
+                if (mask & (1u << unit))
+                    shuffle[mask][k++] = static_cast<unsigned char>(2 * unit + 1);
             }
             length[mask] = static_cast<unsigned char>(k);
             for (; k < 16; ++k)
@@ -237,7 +239,8 @@ std::size_t encodeSpan(const unsigned short* s, std::size_t n, std::size_t& posi
     const __m128i low2 = _mm_set1_epi16(0x3);
     // Three bytes per unit: lead and middle bytes from one vector, the last from another.
     const __m128i gatherA0 = _mm_setr_epi8(0, 1, -1, 2, 3, -1, 4, 5, -1, 6, 7, -1, -1, -1, -1, -1);
-    const __m128i gatherB0 = _mm_setr_epi8(-1, -1, 0, -1, -1, 2, -1, -1, 4, -1, -1, 6, -1, -1, -1, -1);
+    const __m128i gatherB0 =
+        _mm_setr_epi8(-1, -1, 0, -1, -1, 2, -1, -1, 4, -1, -1, 6, -1, -1, -1, -1);
     const __m128i gatherA1 =
         _mm_setr_epi8(8, 9, -1, 10, 11, -1, 12, 13, -1, 14, 15, -1, -1, -1, -1, -1);
     const __m128i gatherB1 =
@@ -337,7 +340,8 @@ std::size_t encodeSpan(const unsigned short* s, std::size_t n, std::size_t& posi
                 const __m128i isHigh = _mm_cmpeq_epi16(tag, surrogate);
                 const __m128i isLow = _mm_cmpeq_epi16(tag, lowSurrogate);
                 const unsigned high8 =
-                    static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(isHigh, isHigh))) & 0xFF;
+                    static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(isHigh, isHigh))) &
+                    0xFF;
                 const unsigned low8 =
                     static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(isLow, isLow))) & 0xFF;
                 if (low8 == ((high8 << 1) & 0xFF) && !(high8 & 0x80)) {
@@ -369,8 +373,8 @@ std::size_t encodeSpan(const unsigned short* s, std::size_t n, std::size_t& posi
                     first = pick(isHigh, highBytes, first);
                     first = pick(isLow, lowBytes, first);
                     first = pick(ascii, a, first);
-                    const __m128i threeLanes = _mm_andnot_si128(_mm_or_si128(below800, isSurrogate),
-                                                                _mm_set1_epi16(-1));
+                    const __m128i threeLanes =
+                        _mm_andnot_si128(_mm_or_si128(below800, isSurrogate), _mm_set1_epi16(-1));
                     const unsigned long2 =
                         ~static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(ascii, ascii))) &
                         0xFF;

@@ -50,8 +50,12 @@ inline void encodeSequence(std::uint32_t ch, int len, unsigned char* out) noexce
     out[0] = static_cast<unsigned char>(ch | leadMarks[len]);
 }
 
-inline bool isHighSurrogate(std::uint32_t u) noexcept { return u >= 0xD800 && u <= 0xDBFF; }
-inline bool isLowSurrogate(std::uint32_t u) noexcept { return u >= 0xDC00 && u <= 0xDFFF; }
+inline bool isHighSurrogate(std::uint32_t u) noexcept {
+    return u >= 0xD800 && u <= 0xDBFF;
+}
+inline bool isLowSurrogate(std::uint32_t u) noexcept {
+    return u >= 0xDC00 && u <= 0xDFFF;
+}
 inline std::uint32_t combineSurrogates(std::uint32_t hi, std::uint32_t lo) noexcept {
     return ((hi - 0xD800) << 10) + (lo - 0xDC00) + 0x10000;
 }

@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 namespace {
-unsigned long rgb(unsigned r, unsigned g, unsigned b) { return r | (g << 8) | (b << 16); }
+unsigned long rgb(unsigned r, unsigned g, unsigned b) {
+    return r | (g << 8) | (b << 16);
+}
 } // namespace
 
 TEST(Color, KnownHsvValues) {

@@ -90,9 +90,14 @@ TEST(TUMaths, PowersOfTwo) {
         int n, next;
         bool isPower;
     };
-    const Case cases[] = {{0, 0, true},         {1, 1, true},         {5, 8, false},
-                          {8, 8, true},         {1023, 1024, false},  {1 << 30, 1 << 30, true},
-                          {(1 << 30) + 1, -2147483647 - 1, false},    {-5, 0, false}};
+    const Case cases[] = {{0, 0, true},
+                          {1, 1, true},
+                          {5, 8, false},
+                          {8, 8, true},
+                          {1023, 1024, false},
+                          {1 << 30, 1 << 30, true},
+                          {(1 << 30) + 1, -2147483647 - 1, false},
+                          {-5, 0, false}};
     for (const auto& c : cases) {
         EXPECT_EQ(TUMaths::nextPowerOfTwo(c.n), c.next) << c.n;
         EXPECT_EQ(TUMaths::nearestPowerOfTwo(c.n), c.next) << c.n;

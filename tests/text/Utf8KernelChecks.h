@@ -20,15 +20,25 @@ Units randomUnits(std::mt19937& rng, std::size_t n, unsigned mix) {
     Units u;
     while (u.size() < n) {
         switch (rng() % (mix + 1)) {
-        case 0: u.push_back(static_cast<unsigned short>('a' + rng() % 26)); break;
-        case 1: u.push_back(static_cast<unsigned short>(0x80 + rng() % 0x780)); break;
-        case 2: u.push_back(static_cast<unsigned short>(0x800 + rng() % 0xD000)); break;
+        case 0:
+            u.push_back(static_cast<unsigned short>('a' + rng() % 26));
+            break;
+        case 1:
+            u.push_back(static_cast<unsigned short>(0x80 + rng() % 0x780));
+            break;
+        case 2:
+            u.push_back(static_cast<unsigned short>(0x800 + rng() % 0xD000));
+            break;
         case 3:
             u.push_back(static_cast<unsigned short>(0xD800 + rng() % 0x400));
             u.push_back(static_cast<unsigned short>(0xDC00 + rng() % 0x400));
             break;
-        case 4: u.push_back(static_cast<unsigned short>(0xE000 + rng() % 0x2000)); break;
-        default: u.push_back(static_cast<unsigned short>(0xD800 + rng() % 0x800)); break;
+        case 4:
+            u.push_back(static_cast<unsigned short>(0xE000 + rng() % 0x2000));
+            break;
+        default:
+            u.push_back(static_cast<unsigned short>(0xD800 + rng() % 0x800));
+            break;
         }
     }
     u.resize(n);

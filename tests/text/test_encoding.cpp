@@ -29,7 +29,10 @@ TEST(Encoding, Utf8LocaleRoundTripsEverything) {
     EXPECT_EQ(UT_S2W(bytes), text);
     // Decomposed text is left decomposed in UTF-8 (file names must keep their bytes).
     EXPECT_EQ(UT_W2S(UT_String(u"e\u0301")), "e\xCC\x81");
-    EXPECT_EQ(UT_A2W("a\xFF" "b").toU16String(), u"a\ufffdb");
+    EXPECT_EQ(UT_A2W("a\xFF"
+                     "b")
+                  .toU16String(),
+              u"a\ufffdb");
     EXPECT_EQ(UT_W2S(UT_String(u"\xd800")), "?");
 }
 
@@ -47,9 +50,15 @@ TEST(Encoding, W2IntParsesLikeAtoiOverTheLowBytes) {
         int value;
     };
     const Case cases[] = {
-        {u"12abc", 12},      {u"  -7", -7},      {u"\t+3", 3},          {u"abc", 0},
-        {u"", 0},            {u"- 5", 0},        {u"99999999999", INT_MAX},
-        {u"-99999999999", INT_MIN},              {u"-2147483648", INT_MIN},
+        {u"12abc", 12},
+        {u"  -7", -7},
+        {u"\t+3", 3},
+        {u"abc", 0},
+        {u"", 0},
+        {u"- 5", 0},
+        {u"99999999999", INT_MAX},
+        {u"-99999999999", INT_MIN},
+        {u"-2147483648", INT_MIN},
         {u"\u0131\u0132", 12}, // low bytes 0x31 0x32
         {u"4\u01002", 4},      // 0x0100 narrows to a zero byte, which ends the text
     };
@@ -63,8 +72,8 @@ TEST(Encoding, W2FloatReadsCommaAsPointInAnyLocale) {
         double value;
     };
     const Case cases[] = {
-        {u"2,25", 2.25}, {u"1.5", 1.5},  {u"  -0,5x", -0.5}, {u"1e3", 1000.0},
-        {u"abc", 0.0},   {u"", 0.0},     {u"3,", 3.0},
+        {u"2,25", 2.25}, {u"1.5", 1.5}, {u"  -0,5x", -0.5}, {u"1e3", 1000.0},
+        {u"abc", 0.0},   {u"", 0.0},    {u"3,", 3.0},
     };
     for (const auto& c : cases)
         EXPECT_DOUBLE_EQ(UT_W2Float(UT_String(c.text)), c.value) << UT_String(c.text).utf8();

@@ -15,12 +15,13 @@ UT_String cFormat(const char* format, Args... args) {
     const int n = std::snprintf(buffer, sizeof buffer, format, args...);
     UT_String out;
     for (int i = 0; i < n; ++i)
-        out.push_back(static_cast<unsigned short>(static_cast<short>(static_cast<signed char>(buffer[i]))));
+        out.push_back(
+            static_cast<unsigned short>(static_cast<short>(static_cast<signed char>(buffer[i]))));
     return out;
 }
 
-#define EXPECT_LIKE_PRINTF(format, ...)                                                        \
-    EXPECT_EQ(UT_FormatMessage(format, __VA_ARGS__).utf8(), cFormat(format, __VA_ARGS__).utf8()) \
+#define EXPECT_LIKE_PRINTF(format, ...)                                                            \
+    EXPECT_EQ(UT_FormatMessage(format, __VA_ARGS__).utf8(), cFormat(format, __VA_ARGS__).utf8())   \
         << format
 
 } // namespace
@@ -43,8 +44,7 @@ TEST(Format, NumericConversionsMatchTheCLibrary) {
 }
 
 TEST(Format, SixtyFourBitAndOldUpperCaseForms) {
-    EXPECT_EQ(UT_FormatMessage("%qd %qx %lld", -9000000000000000000LL, 0xABCDEF0123456789ULL,
-                               123LL)
+    EXPECT_EQ(UT_FormatMessage("%qd %qx %lld", -9000000000000000000LL, 0xABCDEF0123456789ULL, 123LL)
                   .utf8(),
               "-9000000000000000000 abcdef0123456789 123");
     EXPECT_EQ(UT_FormatMessage("%D %O %U", -5L, 8L, 7L).utf8(), "-5 10 7");
@@ -125,10 +125,14 @@ TEST(Format, FrameTimecodes) {
         const char* text;
     };
     const Case cases[] = {
-        {86400, 24, false, "01:00:00:00"}, {25, 24, false, "01:01"},
-        {25, 24, true, "00:00:01:01"},     {1440, 24, false, "01:00:00"},
-        {0, 24, false, "00:00"},           {89999, 25, false, "59:59:24"},
-        {90000, 25, false, "01:00:00:00"}, {360000 * 30, 30, false, "100:00:00:00"},
+        {86400, 24, false, "01:00:00:00"},
+        {25, 24, false, "01:01"},
+        {25, 24, true, "00:00:01:01"},
+        {1440, 24, false, "01:00:00"},
+        {0, 24, false, "00:00"},
+        {89999, 25, false, "59:59:24"},
+        {90000, 25, false, "01:00:00:00"},
+        {360000 * 30, 30, false, "100:00:00:00"},
         {7, 0, false, ""},
     };
     for (const auto& c : cases)

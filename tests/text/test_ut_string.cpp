@@ -16,7 +16,9 @@ namespace {
 
 using unit = UT_String::value_type;
 
-std::u16string toStd(const UT_String& s) { return s.toU16String(); }
+std::u16string toStd(const UT_String& s) {
+    return s.toU16String();
+}
 
 UT_String::size_type pos32(std::size_t p) {
     return p == std::u16string::npos ? UT_String::npos : UT_String::size_type(p);
@@ -93,8 +95,7 @@ TEST(UTString, PositionalFailuresCarryTheirExactTexts) {
     EXPECT_THROW(s.substr(4), std::out_of_range);
     EXPECT_EQ(toStd(s), u"abc"); // nothing changed by the failed calls
     UT_String big(16, unit('y'));
-    EXPECT_EQ(thrownText([&] { big.append(UT_String::max_size(), unit('z')); }),
-              "string too long");
+    EXPECT_EQ(thrownText([&] { big.append(UT_String::max_size(), unit('z')); }), "string too long");
 }
 
 TEST(UTString, LiteralZeroPositionIsNotAnIterator) {
@@ -127,15 +128,30 @@ TEST(UTString, RandomEditsAgreeWithStandardString) {
             const std::size_t p = pick(ref.size());
             const std::size_t n = pick(6);
             switch (rng() % 9) {
-            case 0: ref.append(arg); s.append(uarg); break;
-            case 1: ref.insert(p, arg); s.insert(UT_String::size_type(p), uarg); break;
-            case 2: ref.erase(p, n); s.erase(UT_String::size_type(p), UT_String::size_type(n)); break;
+            case 0:
+                ref.append(arg);
+                s.append(uarg);
+                break;
+            case 1:
+                ref.insert(p, arg);
+                s.insert(UT_String::size_type(p), uarg);
+                break;
+            case 2:
+                ref.erase(p, n);
+                s.erase(UT_String::size_type(p), UT_String::size_type(n));
+                break;
             case 3:
                 ref.replace(p, n, arg);
                 s.replace(UT_String::size_type(p), UT_String::size_type(n), uarg);
                 break;
-            case 4: ref.push_back(u'z'); s.push_back(u'z'); break;
-            case 5: ref.resize(n * 3, u'r'); s.resize(UT_String::size_type(n * 3), u'r'); break;
+            case 4:
+                ref.push_back(u'z');
+                s.push_back(u'z');
+                break;
+            case 5:
+                ref.resize(n * 3, u'r');
+                s.resize(UT_String::size_type(n * 3), u'r');
+                break;
             case 6: { // aliasing: the source is the string itself
                 const std::u16string copy = ref;
                 ref.insert(p, copy);
@@ -148,7 +164,11 @@ TEST(UTString, RandomEditsAgreeWithStandardString) {
                 s.replace(0, 1, s.data() + p, UT_String::size_type(k));
                 break;
             }
-            default: { UT_String moved(std::move(s)); s = moved; break; }
+            default: {
+                UT_String moved(std::move(s));
+                s = moved;
+                break;
+            }
             }
             ASSERT_EQ(toStd(s), ref) << "round " << round << " step " << step;
             ASSERT_EQ(s.c_str()[s.size()], 0);
@@ -195,10 +215,8 @@ struct TrimCase {
 
 TEST(UTString, TrimDefaultSetIsSpaceTabLineFeedOnly) {
     const TrimCase cases[] = {
-        {u" \t\n \n", u"", u""},
-        {u"", u"", u""},
-        {u"\rab\r", u"\rab\r", u"\rab\r"},
-        {u" \tab c\n ", u"ab c\n ", u" \tab c"},
+        {u" \t\n \n", u"", u""},           {u"", u"", u""},
+        {u"\rab\r", u"\rab\r", u"\rab\r"}, {u" \tab c\n ", u"ab c\n ", u" \tab c"},
         {u"\n\n\rx", u"\rx", u"\n\n\rx"},
     };
     for (const auto& c : cases) {
@@ -269,15 +287,17 @@ TEST(UTString, FourByteSequenceRoundTripsThroughTwoUnits) {
     ASSERT_EQ(s.size(), 2u);
     EXPECT_EQ(s.utf8(), "\xF0\x9F\x98\x80");
     const unit lone[] = {0xD800, 'a', 0xDC00, 0};
-    EXPECT_EQ(UT_String(lone).utf8(), "\xED\xA0\x80" "a" "\xED\xB0\x80");
+    EXPECT_EQ(UT_String(lone).utf8(), "\xED\xA0\x80"
+                                      "a"
+                                      "\xED\xB0\x80");
 }
 
 // Valid text of every size around the 64-unit chunks, with pairs at every offset, against
 // Qt's encoder as an independent reference.
 TEST(UTString, ValidTextRoundTripsAgainstQtAtEveryLength) {
     std::mt19937 rng(7);
-    const char32_t pool[] = {U'a', U'\u00e9', U'\u20ac', U'\u4e2d', U'\U0001F600', U'\u07ff',
-                             U'\uffff', U'\U0010FFFF', U'~'};
+    const char32_t pool[] = {U'a',      U'\u00e9', U'\u20ac',     U'\u4e2d', U'\U0001F600',
+                             U'\u07ff', U'\uffff', U'\U0010FFFF', U'~'};
     for (int length = 0; length < 300; ++length) {
         std::u32string text;
         for (int i = 0; i < length; ++i)

@@ -73,9 +73,7 @@ public:
     static bool isNanOrInfinity(double x) { return !std::isfinite(x); }
 
     /// `b` exactly when t == 1, else t * (b - a) + a.
-    static double interpolate(double t, double a, double b) {
-        return t == 1 ? b : t * (b - a) + a;
-    }
+    static double interpolate(double t, double a, double b) { return t == 1 ? b : t * (b - a) + a; }
     /// 0 when x == a or b == a, 1 when x == b, else (x - a) / (b - a).
     static double interpolateInverse(double x, double a, double b) {
         if (x == a || b == a) return 0;

@@ -32,12 +32,24 @@ public:
     T& operator*() const noexcept { return *m_p; }
     T* operator->() const noexcept { return m_p; }
     T& operator[](difference_type n) const noexcept { return m_p[n]; }
-    UT_StringIterator& operator++() noexcept { ++m_p; return *this; }
+    UT_StringIterator& operator++() noexcept {
+        ++m_p;
+        return *this;
+    }
     UT_StringIterator operator++(int) noexcept { return UT_StringIterator(m_p++); }
-    UT_StringIterator& operator--() noexcept { --m_p; return *this; }
+    UT_StringIterator& operator--() noexcept {
+        --m_p;
+        return *this;
+    }
     UT_StringIterator operator--(int) noexcept { return UT_StringIterator(m_p--); }
-    UT_StringIterator& operator+=(difference_type n) noexcept { m_p += n; return *this; }
-    UT_StringIterator& operator-=(difference_type n) noexcept { m_p -= n; return *this; }
+    UT_StringIterator& operator+=(difference_type n) noexcept {
+        m_p += n;
+        return *this;
+    }
+    UT_StringIterator& operator-=(difference_type n) noexcept {
+        m_p -= n;
+        return *this;
+    }
     friend UT_StringIterator operator+(UT_StringIterator it, difference_type n) noexcept {
         return UT_StringIterator(it.m_p + n);
     }
@@ -48,19 +60,33 @@ public:
         return UT_StringIterator(it.m_p - n);
     }
     template <class U>
-    difference_type operator-(const UT_StringIterator<U>& o) const noexcept { return m_p - o.ptr(); }
+    difference_type operator-(const UT_StringIterator<U>& o) const noexcept {
+        return m_p - o.ptr();
+    }
     template <class U>
-    bool operator==(const UT_StringIterator<U>& o) const noexcept { return m_p == o.ptr(); }
+    bool operator==(const UT_StringIterator<U>& o) const noexcept {
+        return m_p == o.ptr();
+    }
     template <class U>
-    bool operator!=(const UT_StringIterator<U>& o) const noexcept { return m_p != o.ptr(); }
+    bool operator!=(const UT_StringIterator<U>& o) const noexcept {
+        return m_p != o.ptr();
+    }
     template <class U>
-    bool operator<(const UT_StringIterator<U>& o) const noexcept { return m_p < o.ptr(); }
+    bool operator<(const UT_StringIterator<U>& o) const noexcept {
+        return m_p < o.ptr();
+    }
     template <class U>
-    bool operator>(const UT_StringIterator<U>& o) const noexcept { return m_p > o.ptr(); }
+    bool operator>(const UT_StringIterator<U>& o) const noexcept {
+        return m_p > o.ptr();
+    }
     template <class U>
-    bool operator<=(const UT_StringIterator<U>& o) const noexcept { return m_p <= o.ptr(); }
+    bool operator<=(const UT_StringIterator<U>& o) const noexcept {
+        return m_p <= o.ptr();
+    }
     template <class U>
-    bool operator>=(const UT_StringIterator<U>& o) const noexcept { return m_p >= o.ptr(); }
+    bool operator>=(const UT_StringIterator<U>& o) const noexcept {
+        return m_p >= o.ptr();
+    }
 
 private:
     T* m_p = nullptr;
@@ -279,8 +305,7 @@ public:
     size_type find_first_not_of(const UT_String& s, size_type pos = 0) const noexcept {
         return find_first_not_of(s.data(), pos, s.size());
     }
-    size_type find_first_not_of(const value_type* s, size_type pos,
-                                size_type count) const noexcept;
+    size_type find_first_not_of(const value_type* s, size_type pos, size_type count) const noexcept;
     size_type find_first_not_of(const value_type* s, size_type pos = 0) const noexcept;
     size_type find_first_not_of(value_type unit, size_type pos = 0) const noexcept {
         return find_first_not_of(&unit, pos, 1);
@@ -288,8 +313,7 @@ public:
     size_type find_last_not_of(const UT_String& s, size_type pos = npos) const noexcept {
         return find_last_not_of(s.data(), pos, s.size());
     }
-    size_type find_last_not_of(const value_type* s, size_type pos,
-                               size_type count) const noexcept;
+    size_type find_last_not_of(const value_type* s, size_type pos, size_type count) const noexcept;
     size_type find_last_not_of(const value_type* s, size_type pos = npos) const noexcept;
     size_type find_last_not_of(value_type unit, size_type pos = npos) const noexcept {
         return find_last_not_of(&unit, pos, 1);
@@ -356,14 +380,22 @@ PLUMVALE_EXPORT UT_String operator+(const UT_String& a, const UT_String::value_t
 PLUMVALE_EXPORT UT_String operator+(const UT_String::value_type* a, const UT_String& b);
 PLUMVALE_EXPORT UT_String operator+(const UT_String& a, UT_String::value_type b);
 PLUMVALE_EXPORT UT_String operator+(UT_String::value_type a, const UT_String& b);
-inline UT_String operator+(UT_String&& a, const UT_String& b) { return std::move(a.append(b)); }
+inline UT_String operator+(UT_String&& a, const UT_String& b) {
+    return std::move(a.append(b));
+}
 
 inline bool operator==(const UT_String& a, const UT_String& b) noexcept {
     return a.size() == b.size() && a.compare(b) == 0;
 }
-inline bool operator!=(const UT_String& a, const UT_String& b) noexcept { return !(a == b); }
-inline bool operator<(const UT_String& a, const UT_String& b) noexcept { return a.compare(b) < 0; }
-inline bool operator>(const UT_String& a, const UT_String& b) noexcept { return a.compare(b) > 0; }
+inline bool operator!=(const UT_String& a, const UT_String& b) noexcept {
+    return !(a == b);
+}
+inline bool operator<(const UT_String& a, const UT_String& b) noexcept {
+    return a.compare(b) < 0;
+}
+inline bool operator>(const UT_String& a, const UT_String& b) noexcept {
+    return a.compare(b) > 0;
+}
 inline bool operator<=(const UT_String& a, const UT_String& b) noexcept {
     return a.compare(b) <= 0;
 }
@@ -376,7 +408,9 @@ inline bool operator==(const UT_String& a, const UT_String::value_type* b) noexc
 inline bool operator!=(const UT_String& a, const UT_String::value_type* b) noexcept {
     return a.compare(b) != 0;
 }
-inline void swap(UT_String& a, UT_String& b) noexcept { a.swap(b); }
+inline void swap(UT_String& a, UT_String& b) noexcept {
+    a.swap(b);
+}
 
 /// Hash of the units (FNV-1a over their little-endian bytes).
 PLUMVALE_EXPORT std::size_t UT_StringHash(const UT_String& s) noexcept;
