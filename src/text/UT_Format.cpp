@@ -263,11 +263,15 @@ void formatString(UT_String& out, const Spec& spec, const void* arg, int width) 
 template <class T>
 void formatNumber(UT_String& out, const Spec& spec, int width, const char* size, char conversion,
                   T value) {
-    std::string f = "%" + spec.flags;
-    if (width >= 0) f += std::to_string(width);
-    if (spec.precision >= 0) f += "." + std::to_string(spec.precision);
-    f += size;
-    f += conversion;
+    std::string f(1, '%');
+    f.append(spec.flags);
+    if (width >= 0) f.append(std::to_string(width));
+    if (spec.precision >= 0) {
+        f.push_back('.');
+        f.append(std::to_string(spec.precision));
+    }
+    f.append(size);
+    f.push_back(conversion);
     char small[128];
     int n = std::snprintf(small, sizeof small, f.c_str(), value);
     if (n < 0) return;

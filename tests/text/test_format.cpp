@@ -57,8 +57,8 @@ TEST(Format, PositionalArgumentsAreReadOnceByPosition) {
     // More than the table's first twenty slots, named in reverse order.
     std::string format, expected;
     for (int k = 22; k >= 1; --k) {
-        format += "%" + std::to_string(k) + "$d ";
-        expected += std::to_string(k * 10) + " ";
+        format.append(1, '%').append(std::to_string(k)).append("$d ");
+        expected.append(std::to_string(k * 10)).append(1, ' ');
     }
     EXPECT_EQ(UT_FormatMessage(format.c_str(), 10, 20, 30, 40, 50, 60, 70, 80, 90, 100, 110, 120,
                                130, 140, 150, 160, 170, 180, 190, 200, 210, 220)
