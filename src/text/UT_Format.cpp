@@ -23,7 +23,7 @@ inline unit widen(char c) {
 }
 
 /// One parsed conversion specification.
-struct Spec {
+struct Directive {
     unit conversion = 0;
     char size = 0;         // 0, 'h', 'l' or 'q'
     std::string flags;     // as written, for snprintf
@@ -38,9 +38,9 @@ struct Spec {
 /// A piece of output: a literal run of the format, or a conversion.
 struct Piece {
     std::size_t begin = 0, length = 0; // literal run within the format
-    bool isSpec = false;
+    bool isDirective = false;
     bool percent = false; // "%%"
-    Spec spec;
+    Directive directive;
 };
 
 bool isDigit(unit c) {
@@ -104,46 +104,46 @@ ArgType typeOf(unit conversion, char size) {
     }
 }
 
-/// Parses the specification starting at the '%' at `i`; on success fills `spec`, moves `i`
+/// Parses the specification starting at the '%' at `i`; on success fills `directive`, moves `i`
 /// past it and returns true. On failure `i` is past the text to copy as it stands.
-bool parseSpec(const UT_String& f, std::size_t& i, Spec& spec, unsigned& nextArg) {
+bool parseDirective(const UT_String& f, std::size_t& i, Directive& directive, unsigned& nextArg) {
     const std::size_t n = f.size();
     ++i; // the '%'
     const unsigned position = readPosition(f, i);
     while (i < n) {
         const unit c = f[UT_String::size_type(i)];
         if (c != ' ' && c != '#' && c != '+' && c != '-' && c != '0') break;
-        spec.flags.push_back(static_cast<char>(c));
+        directive.flags.push_back(static_cast<char>(c));
         ++i;
     }
     if (i < n && f[UT_String::size_type(i)] == '*') {
         ++i;
         const unsigned p = readPosition(f, i);
-        spec.widthArg = p ? p : nextArg++;
+        directive.widthArg = p ? p : nextArg++;
     } else {
-        spec.width = readNumber(f, i);
+        directive.width = readNumber(f, i);
     }
     if (i < n && f[UT_String::size_type(i)] == '.') {
         ++i;
         if (i < n && f[UT_String::size_type(i)] == '*') {
             ++i;
             const unsigned p = readPosition(f, i);
-            spec.precisionArg = p ? p : nextArg++;
+            directive.precisionArg = p ? p : nextArg++;
         } else {
-            spec.precision = readNumber(f, i);
-            if (spec.precision < 0) spec.precision = 0;
+            directive.precision = readNumber(f, i);
+            if (directive.precision < 0) directive.precision = 0;
         }
     }
     if (i < n) {
         const unit c = f[UT_String::size_type(i)];
         if (c == 'h' || c == 'q') {
-            spec.size = static_cast<char>(c);
+            directive.size = static_cast<char>(c);
             ++i;
         } else if (c == 'l') {
-            spec.size = 'l';
+            directive.size = 'l';
             ++i;
             if (i < n && f[UT_String::size_type(i)] == 'l') {
-                spec.size = 'q';
+                directive.size = 'q';
                 ++i;
             }
         }
@@ -151,12 +151,12 @@ bool parseSpec(const UT_String& f, std::size_t& i, Spec& spec, unsigned& nextArg
     if (i >= n) return false;
     unit conversion = f[UT_String::size_type(i)];
     ++i;
-    if (spec.size == 'l' && conversion == 's') conversion = 'S';
-    if (spec.size == 'l' && conversion == 'c') conversion = 'C';
-    spec.conversion = conversion;
-    spec.type = typeOf(conversion, spec.size);
-    if (spec.type == ArgType::None) return false;
-    spec.arg = position ? position : nextArg++;
+    if (directive.size == 'l' && conversion == 's') conversion = 'S';
+    if (directive.size == 'l' && conversion == 'c') conversion = 'C';
+    directive.conversion = conversion;
+    directive.type = typeOf(conversion, directive.size);
+    if (directive.type == ArgType::None) return false;
+    directive.arg = position ? position : nextArg++;
     return true;
 }
 
@@ -213,39 +213,40 @@ private:
     std::size_t m_fetched = 0;
 };
 
-void appendPadded(UT_String& out, const unit* text, std::size_t length, const Spec& spec,
+void appendPadded(UT_String& out, const unit* text, std::size_t length, const Directive& directive,
                   int width) {
-    if (spec.precision >= 0 && length > std::size_t(spec.precision)) length = spec.precision;
+    if (directive.precision >= 0 && length > std::size_t(directive.precision))
+        length = directive.precision;
     const std::size_t pad = width > 0 && std::size_t(width) > length ? width - length : 0;
-    const bool left = spec.flags.find('-') != std::string::npos;
+    const bool left = directive.flags.find('-') != std::string::npos;
     if (!left) out.append(UT_String::size_type(pad), u' ');
     out.append(text, UT_String::size_type(length));
     if (left) out.append(UT_String::size_type(pad), u' ');
 }
 
-void appendNarrow(UT_String& out, const char* text, std::size_t length, const Spec& spec,
+void appendNarrow(UT_String& out, const char* text, std::size_t length, const Directive& directive,
                   int width) {
     std::vector<unit> wide(length);
     for (std::size_t k = 0; k < length; ++k)
         wide[k] = widen(text[k]);
-    appendPadded(out, wide.data(), length, spec, width);
+    appendPadded(out, wide.data(), length, directive, width);
 }
 
-void formatString(UT_String& out, const Spec& spec, const void* arg, int width) {
+void formatString(UT_String& out, const Directive& directive, const void* arg, int width) {
     static const char kNull[] = "(null)";
     if (!arg) {
-        appendNarrow(out, kNull, sizeof kNull - 1, spec, width);
+        appendNarrow(out, kNull, sizeof kNull - 1, directive, width);
         return;
     }
-    switch (spec.conversion) {
+    switch (directive.conversion) {
     case 's': {
         const char* s = static_cast<const char*>(arg);
-        appendNarrow(out, s, std::char_traits<char>::length(s), spec, width);
+        appendNarrow(out, s, std::char_traits<char>::length(s), directive, width);
         break;
     }
     case 'P': {
         const auto* s = static_cast<const unsigned char*>(arg);
-        appendNarrow(out, reinterpret_cast<const char*>(s + 1), s[0], spec, width);
+        appendNarrow(out, reinterpret_cast<const char*>(s + 1), s[0], directive, width);
         break;
     }
     default: { // 'S', '@'
@@ -253,7 +254,7 @@ void formatString(UT_String& out, const Spec& spec, const void* arg, int width) 
         std::size_t length = 0;
         while (s[length])
             ++length;
-        appendPadded(out, s, length, spec, width);
+        appendPadded(out, s, length, directive, width);
         break;
     }
     }
@@ -261,14 +262,14 @@ void formatString(UT_String& out, const Spec& spec, const void* arg, int width) 
 
 /// One numeric specification through the C library's snprintf.
 template <class T>
-void formatNumber(UT_String& out, const Spec& spec, int width, const char* size, char conversion,
-                  T value) {
+void formatNumber(UT_String& out, const Directive& directive, int width, const char* size,
+                  char conversion, T value) {
     std::string f(1, '%');
-    f.append(spec.flags);
+    f.append(directive.flags);
     if (width >= 0) f.append(std::to_string(width));
-    if (spec.precision >= 0) {
+    if (directive.precision >= 0) {
         f.push_back('.');
-        f.append(std::to_string(spec.precision));
+        f.append(std::to_string(directive.precision));
     }
     f.append(size);
     f.push_back(conversion);
@@ -276,27 +277,27 @@ void formatNumber(UT_String& out, const Spec& spec, int width, const char* size,
     int n = std::snprintf(small, sizeof small, f.c_str(), value);
     if (n < 0) return;
     if (std::size_t(n) < sizeof small) {
-        appendNarrow(out, small, std::size_t(n), Spec{}, 0);
+        appendNarrow(out, small, std::size_t(n), Directive{}, 0);
         return;
     }
     std::vector<char> big(std::size_t(n) + 1);
     n = std::snprintf(big.data(), big.size(), f.c_str(), value);
-    if (n > 0) appendNarrow(out, big.data(), std::size_t(n), Spec{}, 0);
+    if (n > 0) appendNarrow(out, big.data(), std::size_t(n), Directive{}, 0);
 }
 
-void formatSpec(UT_String& out, Spec spec, const Arguments& args) {
-    int width = spec.width;
-    if (spec.widthArg) {
-        const long long w = args.integer(spec.widthArg);
-        if (w < 0) spec.flags.push_back('-');
+void formatDirective(UT_String& out, Directive directive, const Arguments& args) {
+    int width = directive.width;
+    if (directive.widthArg) {
+        const long long w = args.integer(directive.widthArg);
+        if (w < 0) directive.flags.push_back('-');
         width = static_cast<int>(w < 0 ? (w < -100000000 ? 100000000 : -w)
                                        : (w > 100000000 ? 100000000 : w));
     }
-    if (spec.precisionArg) {
-        const long long p = args.integer(spec.precisionArg);
-        spec.precision = p < 0 ? -1 : static_cast<int>(p > 100000000 ? 100000000 : p);
+    if (directive.precisionArg) {
+        const long long p = args.integer(directive.precisionArg);
+        directive.precision = p < 0 ? -1 : static_cast<int>(p > 100000000 ? 100000000 : p);
     }
-    const unit c = spec.conversion;
+    const unit c = directive.conversion;
     switch (c) {
     case 'n':
         return;
@@ -304,43 +305,44 @@ void formatSpec(UT_String& out, Spec spec, const Arguments& args) {
     case 'S':
     case '@':
     case 'P':
-        formatString(out, spec, args.pointer(spec.arg), width);
+        formatString(out, directive, args.pointer(directive.arg), width);
         return;
     case 'C': {
-        const unit u = static_cast<unit>(args.integer(spec.arg));
-        Spec plain = spec;
+        const unit u = static_cast<unit>(args.integer(directive.arg));
+        Directive plain = directive;
         plain.precision = -1;
         appendPadded(out, &u, 1, plain, width);
         return;
     }
     case 'p':
-        formatNumber(out, spec, width, "", 'p', args.pointer(spec.arg));
+        formatNumber(out, directive, width, "", 'p', args.pointer(directive.arg));
         return;
     case 'e':
     case 'E':
     case 'f':
     case 'g':
     case 'G':
-        formatNumber(out, spec, width, "", static_cast<char>(c), args.real(spec.arg));
+        formatNumber(out, directive, width, "", static_cast<char>(c), args.real(directive.arg));
         return;
     case 'c':
-        formatNumber(out, spec, width, "", 'c', static_cast<int>(args.integer(spec.arg)));
+        formatNumber(out, directive, width, "", 'c', static_cast<int>(args.integer(directive.arg)));
         return;
     case 'D':
     case 'O':
     case 'U':
-        formatNumber(out, spec, width, "l", static_cast<char>(c - 'A' + 'a'),
-                     static_cast<long>(args.integer(spec.arg)));
+        formatNumber(out, directive, width, "l", static_cast<char>(c - 'A' + 'a'),
+                     static_cast<long>(args.integer(directive.arg)));
         return;
     default: // d i o u x X
-        if (spec.size == 'q')
-            formatNumber(out, spec, width, "ll", static_cast<char>(c), args.integer(spec.arg));
-        else if (spec.size == 'l')
-            formatNumber(out, spec, width, "l", static_cast<char>(c),
-                         static_cast<long>(args.integer(spec.arg)));
+        if (directive.size == 'q')
+            formatNumber(out, directive, width, "ll", static_cast<char>(c),
+                         args.integer(directive.arg));
+        else if (directive.size == 'l')
+            formatNumber(out, directive, width, "l", static_cast<char>(c),
+                         static_cast<long>(args.integer(directive.arg)));
         else
-            formatNumber(out, spec, width, spec.size == 'h' ? "h" : "", static_cast<char>(c),
-                         static_cast<int>(args.integer(spec.arg)));
+            formatNumber(out, directive, width, directive.size == 'h' ? "h" : "",
+                         static_cast<char>(c), static_cast<int>(args.integer(directive.arg)));
         return;
     }
 }
@@ -370,11 +372,11 @@ void UT_DoFormatMessage(UT_String& out, const UT_String& format, va_list args) {
         } else if (i + 1 < n && format[UT_String::size_type(i + 1)] == '%') {
             piece.percent = true;
             i += 2;
-        } else if (parseSpec(format, i, piece.spec, nextArg)) {
-            piece.isSpec = true;
-            table.declare(piece.spec.arg, piece.spec.type);
-            table.declare(piece.spec.widthArg, ArgType::Int);
-            table.declare(piece.spec.precisionArg, ArgType::Int);
+        } else if (parseDirective(format, i, piece.directive, nextArg)) {
+            piece.isDirective = true;
+            table.declare(piece.directive.arg, piece.directive.type);
+            table.declare(piece.directive.widthArg, ArgType::Int);
+            table.declare(piece.directive.precisionArg, ArgType::Int);
         }
         piece.length = i - piece.begin;
         pieces.push_back(std::move(piece));
@@ -387,8 +389,8 @@ void UT_DoFormatMessage(UT_String& out, const UT_String& format, va_list args) {
 
     UT_String result;
     for (const Piece& piece : pieces) {
-        if (piece.isSpec)
-            formatSpec(result, piece.spec, table);
+        if (piece.isDirective)
+            formatDirective(result, piece.directive, table);
         else if (piece.percent)
             result.push_back(u'%');
         else

@@ -20,6 +20,8 @@
 
 namespace {
 
+/// Writes one code point as UTF-16: one unit below 0x10000 (surrogate values included),
+/// U+FFFD above 0x10FFFF, else a surrogate pair.
 inline unsigned short* emitUtf16(std::uint32_t ch, unsigned short* o) noexcept {
     if (ch < 0x10000) {
         *o++ = static_cast<unsigned short>(ch);
@@ -55,10 +57,7 @@ inline const unsigned char* decodeOne(const unsigned char* p, unsigned short*& o
         extra = trailingBytes(static_cast<unsigned char>(lead));
         ch = decodeSequence(p, extra);
     }
-    if (ch < 0x10000)
-        *o++ = static_cast<unsigned short>(ch);
-    else
-        o = emitUtf16(ch, o);
+    o = emitUtf16(ch, o);
     return p + extra + 1;
 }
 
@@ -162,42 +161,23 @@ inline void spanEncodeOne(const unsigned short* s, std::size_t& i, std::size_t n
 }
 
 #if defined(__SSSE3__)
-/// For each mask of 2-byte units among eight (bit k: unit k takes two bytes), the byte
-/// gather that keeps the low byte of every unit and the high byte of the 2-byte ones.
-struct PairCompaction {
+/// Byte gathers that compact per-unit UTF-8 forms, one per index:
+/// - Units = 8: a vector of eight units, two bytes each; index bit k marks unit k as taking
+///   both of its bytes (else only the first).
+/// - Units = 4: four units' first two bytes in bytes 0-7 and their third bytes in 8-11;
+///   index bits 0-3 mark units of two bytes or more, bits 4-7 units of three.
+template <unsigned Units>
+struct Compaction {
     alignas(16) unsigned char shuffle[256][16] = {};
     unsigned char length[256] = {};
-    constexpr PairCompaction() {
-        for (unsigned mask = 0; mask < 256; ++mask) {
-            unsigned k = 0;
-            for (unsigned unit = 0; unit < 8; ++unit) {
-                shuffle[mask][k++] = static_cast<unsigned char>(2 * unit);
-                if (mask & (1u << unit))
-                    shuffle[mask][k++] = static_cast<unsigned char>(2 * unit + 1);
-            }
-            length[mask] = static_cast<unsigned char>(k);
-            for (; k < 16; ++k)
-                shuffle[mask][k] = 0x80;
-        }
-    }
-};
-
-constexpr PairCompaction kPairCompaction{};
-
-/// For four units of 1, 2 or 3 bytes, the gather from a vector holding each unit's first
-/// two bytes in bytes 0-7 (two per unit) and its third byte in bytes 8-11. Index: bits 0-3
-/// mark units of two bytes or more, bits 4-7 units of three.
-struct HalfCompaction {
-    alignas(16) unsigned char shuffle[256][16] = {};
-    unsigned char length[256] = {};
-    constexpr HalfCompaction() {
+    constexpr Compaction() {
         for (unsigned index = 0; index < 256; ++index) {
             unsigned k = 0;
-            for (unsigned unit = 0; unit < 4; ++unit) {
-                const bool two = index & (1u << unit);
-                const bool three = index & (16u << unit);
+            for (unsigned unit = 0; unit < Units; ++unit) {
+                const bool three = Units == 4 && (index & (16u << unit));
+                const bool two = three || (index & (1u << unit));
                 shuffle[index][k++] = static_cast<unsigned char>(2 * unit);
-                if (two || three) shuffle[index][k++] = static_cast<unsigned char>(2 * unit + 1);
+                if (two) shuffle[index][k++] = static_cast<unsigned char>(2 * unit + 1);
                 if (three) shuffle[index][k++] = static_cast<unsigned char>(8 + unit);
             }
             length[index] = static_cast<unsigned char>(k);
@@ -207,7 +187,8 @@ struct HalfCompaction {
     }
 };
 
-constexpr HalfCompaction kHalfCompaction{};
+constexpr Compaction<8> kTwoByteCompaction{};
+constexpr Compaction<4> kHalfCompaction{};
 #endif
 
 /// Encodes from s[position] while units remain and fewer than `room` bytes were written;
@@ -224,7 +205,7 @@ std::size_t encodeSpan(const unsigned short* s, std::size_t n, std::size_t& posi
     const __m128i notAscii = _mm_set1_epi16(static_cast<short>(0xFF80));
 #endif
 #if defined(__SSSE3__)
-    const PairCompaction& pairs = kPairCompaction;
+    const Compaction<8>& twoBytes = kTwoByteCompaction;
     const __m128i notTwoByte = _mm_set1_epi16(static_cast<short>(0xF800));
     const __m128i surrogate = _mm_set1_epi16(static_cast<short>(0xD800));
     const __m128i low6 = _mm_set1_epi16(0x3F);
@@ -305,9 +286,9 @@ std::size_t encodeSpan(const unsigned short* s, std::size_t n, std::size_t& posi
                 const unsigned mask =
                     ~static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(ascii, ascii))) & 0xFF;
                 const __m128i gather =
-                    _mm_load_si128(reinterpret_cast<const __m128i*>(pairs.shuffle[mask]));
+                    _mm_load_si128(reinterpret_cast<const __m128i*>(twoBytes.shuffle[mask]));
                 _mm_storeu_si128(reinterpret_cast<__m128i*>(o), _mm_shuffle_epi8(bytes, gather));
-                o += pairs.length[mask];
+                o += twoBytes.length[mask];
                 i += 8;
                 misses = 0;
                 continue;
@@ -386,7 +367,7 @@ std::size_t encodeSpan(const unsigned short* s, std::size_t n, std::size_t& posi
                     const __m128i half1 = _mm_unpackhi_epi64(first, _mm_srli_si128(thirds, 4));
                     const unsigned index0 = (long2 & 0xF) | ((long3 & 0xF) << 4);
                     const unsigned index1 = (long2 >> 4) | (long3 & 0xF0);
-                    const HalfCompaction& halves = kHalfCompaction;
+                    const Compaction<4>& halves = kHalfCompaction;
                     _mm_storeu_si128(
                         reinterpret_cast<__m128i*>(o),
                         _mm_shuffle_epi8(half0, _mm_load_si128(reinterpret_cast<const __m128i*>(
