@@ -1,0 +1,43 @@
+#!/usr/bin/env python3
+"""Runs the benchmarks and prints each of ours against its anchor, as a time ratio."""
+import json
+import subprocess
+import sys
+from pathlib import Path
+
+BUILD = Path(sys.argv[1] if len(sys.argv) > 1 else "build/release") / "bench"
+# (benchmark binary, our benchmark, its anchor)
+PAIRS = [
+    ("bench_utf8", "DecodeUTString", "DecodeQString"),
+    ("bench_utf8", "EncodeUTString", "EncodeQString"),
+    ("bench_crc64", "Compute", "ByteAtATime"),
+]
+
+
+def medians(binary):
+    out = subprocess.run(
+        [str(BUILD / binary), "--benchmark_format=json", "--benchmark_repetitions=5",
+         "--benchmark_report_aggregates_only=true", "--benchmark_min_time=0.2"],
+        check=True, capture_output=True, text=True).stdout
+    result = {}
+    for b in json.loads(out)["benchmarks"]:
+        if b.get("aggregate_name") == "median":
+            result[b["run_name"]] = b["real_time"]
+    return result
+
+
+def main():
+    runs = {}
+    print(f"{'benchmark':48} {'ours':>12} {'anchor':>12} {'ours/anchor':>12}")
+    for binary, ours, anchor in PAIRS:
+        times = runs.setdefault(binary, medians(binary))
+        for name, t in sorted(times.items()):
+            if not name.startswith(ours + "/"):
+                continue
+            other = times.get(anchor + name[len(ours):])
+            if other:
+                print(f"{name:48} {t:12.1f} {other:12.1f} {t / other:12.3f}")
+
+
+if __name__ == "__main__":
+    main()
