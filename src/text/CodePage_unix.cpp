@@ -10,6 +10,7 @@
 #include <iconv.h>
 #include <langinfo.h>
 #include <locale.h>
+#include <vector>
 
 namespace plumvale::text {
 
@@ -73,12 +74,11 @@ bool codePageIsUtf8() {
 }
 
 UT_String codePageToUtf16(const char* s, std::size_t n) {
-    UT_String out;
     if (n > UT_String::max_size()) n = UT_String::max_size();
     const auto* bytes = reinterpret_cast<const unsigned char*>(s);
-    // Every encoding a locale can use decodes to at most one unit per byte.
-    UT_String::value_type* buf = UT_StringAccess::prepare(out, UT_String::size_type(n));
     if (allAscii(bytes, n)) {
+        UT_String out;
+        UT_String::value_type* buf = UT_StringAccess::prepare(out, UT_String::size_type(n));
         for (std::size_t i = 0; i < n; ++i)
             buf[i] = bytes[i];
         UT_StringAccess::commit(out, UT_String::size_type(n));
@@ -86,25 +86,30 @@ UT_String codePageToUtf16(const char* s, std::size_t n) {
     }
     iconv_t cd = converters().toUtf16;
     iconv(cd, nullptr, nullptr, nullptr, nullptr);
+    // One unit per byte is enough for every encoding a locale uses; grow if one needs more.
+    std::vector<UT_String::value_type> units(n + 2);
     char* in = const_cast<char*>(s);
     std::size_t inLeft = n;
-    char* o = reinterpret_cast<char*>(buf);
-    std::size_t outLeft = n * sizeof(UT_String::value_type);
+    std::size_t used = 0; // units written
     while (inLeft > 0) {
-        if (iconv(cd, &in, &inLeft, &o, &outLeft) != static_cast<std::size_t>(-1)) break;
-        if (errno != EILSEQ && errno != EINVAL) break; // E2BIG cannot happen, see above
+        char* o = reinterpret_cast<char*>(units.data() + used);
+        std::size_t outLeft = (units.size() - used) * sizeof(UT_String::value_type);
+        const std::size_t rc = iconv(cd, &in, &inLeft, &o, &outLeft);
+        const int err = errno;
+        used = units.size() - outLeft / sizeof(UT_String::value_type);
+        if (rc != static_cast<std::size_t>(-1)) break;
+        if (err == E2BIG) {
+            units.resize(units.size() * 2);
+            continue;
+        }
         // An invalid or truncated byte sequence: one replacement character per byte.
-        const UT_String::value_type replacement = 0xFFFD;
-        std::memcpy(o, &replacement, sizeof replacement);
-        o += sizeof replacement;
-        outLeft -= sizeof replacement;
+        if (used == units.size()) units.resize(units.size() * 2);
+        units[used++] = 0xFFFD;
         ++in;
         --inLeft;
         iconv(cd, nullptr, nullptr, nullptr, nullptr);
     }
-    const auto written = static_cast<std::size_t>(o - reinterpret_cast<char*>(buf));
-    UT_StringAccess::commit(out, UT_String::size_type(written / sizeof(UT_String::value_type)));
-    return out;
+    return UT_String(units.data(), UT_String::size_type(used));
 }
 
 std::string utf16ToCodePage(const unsigned short* s, std::size_t n) {
