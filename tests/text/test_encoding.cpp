@@ -33,6 +33,7 @@ TEST(Encoding, Utf8LocaleRoundTripsEverything) {
                      "b")
                   .toU16String(),
               u"a\ufffdb");
+    EXPECT_EQ(UT_A2W("a\xE2\x82").toU16String(), u"a\ufffd\ufffd"); // cut off: one per byte
     EXPECT_EQ(UT_W2S(UT_String(u"\xd800")), "?");
 }
 

@@ -34,16 +34,6 @@ std::string thrownText(F f) {
     return "(nothing thrown)";
 }
 
-/// Slow reference decoder written from the rules, for the differential checks below.
-std::vector<unit> chunkedDecode(const std::string& bytes) {
-    std::vector<unit> out(bytes.size() + 1);
-    const auto* s = reinterpret_cast<const unsigned char*>(bytes.data());
-    unit* t = out.data();
-    ConvertUTF8toUTF16(&s, s + bytes.size(), &t, out.data() + out.size());
-    out.resize(std::size_t(t - out.data()));
-    return out;
-}
-
 std::string chunkedEncode(const std::vector<unit>& units) {
     std::string out(units.size() * 3 + 1, '\0');
     const unit* s = units.data();
@@ -307,28 +297,6 @@ TEST(UTString, ValidTextRoundTripsAgainstQtAtEveryLength) {
         const UT_String s(bytes.constData());
         ASSERT_EQ(s.ToQString(), q) << length;
         ASSERT_EQ(s.utf8(), bytes.toStdString()) << length;
-    }
-}
-
-// The vectorised whole-string codecs must agree with the buffer routines on any input.
-TEST(UTString, WholeStringCodecsAgreeWithBufferRoutinesOnRandomInput) {
-    std::mt19937 rng(99);
-    for (int round = 0; round < 3000; ++round) {
-        std::string bytes(rng() % 90, '\0');
-        for (auto& b : bytes) {
-            const unsigned r = rng() % 10;
-            b = char(r < 5 ? 'a' + rng() % 26 : 1 + rng() % 255); // ASCII runs and high bytes
-        }
-        const UT_String s(bytes.c_str());
-        ASSERT_EQ(std::vector<unit>(s.begin(), s.end()), chunkedDecode(bytes)) << round;
-
-        std::vector<unit> units(rng() % 90);
-        for (auto& u : units) {
-            const unsigned r = rng() % 8;
-            u = unit(r < 4 ? 'a' + rng() % 26 : (r < 6 ? 0xD800 + rng() % 0x800 : rng()));
-        }
-        const UT_String w(units.data(), UT_String::size_type(units.size()));
-        ASSERT_EQ(w.utf8(), chunkedEncode(units)) << round;
     }
 }
 
