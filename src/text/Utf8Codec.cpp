@@ -88,6 +88,26 @@ std::size_t utf8Length(const unsigned short* s, std::size_t n) {
 } // namespace
 
 std::size_t utf8ToUtf16(const unsigned char* s, std::size_t n, unsigned short* out) noexcept {
+#if defined(__SSE2__)
+    // Short ASCII text, the common case for names and keys: widen it here, without the
+    // dispatch and set-up of the kernels.
+    if (n <= 64) {
+        const __m128i zero = _mm_setzero_si128();
+        std::size_t i = 0;
+        for (; n - i >= 16; i += 16) {
+            const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + i));
+            if (_mm_movemask_epi8(v)) break;
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(out + i), _mm_unpacklo_epi8(v, zero));
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(out + i + 8), _mm_unpackhi_epi8(v, zero));
+        }
+        while (i < n && s[i] < 0x80) {
+            out[i] = s[i];
+            ++i;
+        }
+        if (i == n) return n;
+        return i + decoder()(s + i, n - i, out + i);
+    }
+#endif
     return decoder()(s, n, out);
 }
 
@@ -126,6 +146,26 @@ std::string encodeLong(const unsigned short* s, std::size_t n, SpanEncoder encod
 } // namespace
 
 std::string utf16ToUtf8(const unsigned short* s, std::size_t n) {
+#if defined(__SSE2__)
+    // Short ASCII text: narrow it here, without the dispatch and set-up of the kernels.
+    if (n <= 64) {
+        unsigned char buffer[64];
+        const __m128i notAscii = _mm_set1_epi16(static_cast<short>(0xFF80));
+        std::size_t i = 0;
+        for (; n - i >= 8; i += 8) {
+            const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + i));
+            if (_mm_movemask_epi8(
+                    _mm_cmpeq_epi16(_mm_and_si128(v, notAscii), _mm_setzero_si128())) != 0xFFFF)
+                break;
+            _mm_storel_epi64(reinterpret_cast<__m128i*>(buffer + i), _mm_packus_epi16(v, v));
+        }
+        while (i < n && s[i] < 0x80) {
+            buffer[i] = static_cast<unsigned char>(s[i]);
+            ++i;
+        }
+        if (i == n) return std::string(reinterpret_cast<const char*>(buffer), n);
+    }
+#endif
     const SpanEncoder encode = spanEncoder();
     return n <= 256 ? encodeShort(s, n, encode) : encodeLong(s, n, encode);
 }
