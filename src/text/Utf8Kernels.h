@@ -314,9 +314,9 @@ std::size_t encodeSpan(const unsigned short* s, std::size_t n, std::size_t& posi
                 continue;
             }
             {
-                // Any mix of 1-, 2- and 3-byte units and surrogate pairs lying whole inside
-                // the eight units. A pair's four bytes are split two per lane: the low lane
-                // takes two bits of the high unit from its neighbour.
+                // Any mix of 1-, 2- and 3-byte units and surrogate pairs, with no lone
+                // surrogate before the last lane. A pair's four bytes are split two per lane:
+                // the low lane takes two bits of the high unit from its neighbour.
                 const __m128i tag = _mm_and_si128(a, surrogateBits);
                 const __m128i isHigh = _mm_cmpeq_epi16(tag, surrogate);
                 const __m128i isLow = _mm_cmpeq_epi16(tag, lowSurrogate);
@@ -325,7 +325,7 @@ std::size_t encodeSpan(const unsigned short* s, std::size_t n, std::size_t& posi
                     0xFF;
                 const unsigned low8 =
                     static_cast<unsigned>(_mm_movemask_epi8(_mm_packs_epi16(isLow, isLow))) & 0xFF;
-                if (low8 == ((high8 << 1) & 0xFF) && !(high8 & 0x80)) {
+                if (low8 == ((high8 << 1) & 0xFF)) {
                     const __m128i ascii = _mm_cmpeq_epi16(_mm_and_si128(a, notAscii), zero);
                     const __m128i last = _mm_or_si128(_mm_and_si128(a, low6), continuation);
                     const __m128i two = _mm_or_si128(_mm_or_si128(_mm_srli_epi16(a, 6), lead2),
@@ -378,7 +378,11 @@ std::size_t encodeSpan(const unsigned short* s, std::size_t n, std::size_t& posi
                         _mm_shuffle_epi8(half1, _mm_load_si128(reinterpret_cast<const __m128i*>(
                                                     halves.shuffle[index1]))));
                     o += halves.length[index1];
-                    i += 8;
+                    // A high surrogate in the last lane waits for its low half: drop its two
+                    // bytes and take it again at the start of the next block.
+                    const bool cut = high8 & 0x80;
+                    o -= cut ? 2 : 0;
+                    i += cut ? 7 : 8;
                     misses = 0;
                     continue;
                 }
