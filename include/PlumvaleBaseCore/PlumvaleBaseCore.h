@@ -3,5 +3,6 @@
 
 #include <PlumvaleBaseCore/version.h>
 
+#include <PlumvaleBaseCore/math.h>
 #include <PlumvaleBaseCore/numerics.h>
 #include <PlumvaleBaseCore/text.h>

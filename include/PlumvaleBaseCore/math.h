@@ -1,0 +1,10 @@
+// Umbrella header of the geometry subsystem (namespace Math).
+#pragma once
+
+#include <PlumvaleBaseCore/math/Box.h>
+#include <PlumvaleBaseCore/math/MathFwd.h>
+#include <PlumvaleBaseCore/math/Matrix2x3.h>
+#include <PlumvaleBaseCore/math/Matrix4x4.h>
+#include <PlumvaleBaseCore/math/Quat.h>
+#include <PlumvaleBaseCore/math/Vector2d.h>
+#include <PlumvaleBaseCore/math/Vector3d.h>

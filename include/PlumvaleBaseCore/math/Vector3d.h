@@ -1,0 +1,254 @@
+// 3D vectors and points, the homogeneous Point4d and the Euler-style Angle3d.
+#pragma once
+
+#include <PlumvaleBaseCore/math/Vector2d.h>
+
+#include <cmath>
+
+namespace Math {
+
+/// 3D vector; `*` between two vectors is the dot product and `^` the cross product.
+class PLUMVALE_EXPORT Vector3d {
+public:
+    double x = 0;
+    double y = 0;
+    double z = 0;
+
+    constexpr Vector3d() = default;
+    constexpr Vector3d(double x_, double y_, double z_) : x(x_), y(y_), z(z_) {}
+    explicit Vector3d(const Point3d& p);
+    /// to - from.
+    Vector3d(const Point3d& from, const Point3d& to);
+    /// z = 0.
+    explicit constexpr Vector3d(const Vector2d& v) : x(v.x), y(v.y), z(0) {}
+
+    void setX(double v) { x = v; }
+    void setY(double v) { y = v; }
+    void setZ(double v) { z = v; }
+    void setXYZ(double x_, double y_, double z_) { x = x_, y = y_, z = z_; }
+    double& operator()(Axis3d a) { return asArray()[static_cast<int>(a)]; }
+    double operator()(Axis3d a) const { return asArray()[static_cast<int>(a)]; }
+    /// x, y, z contiguous.
+    double* asArray() { return &x; }
+    const double* asArray() const { return &x; }
+    Vector2d toVector2d() const { return {x, y}; }
+
+    Vector3d& operator+=(const Vector3d& v) {
+        x += v.x, y += v.y, z += v.z;
+        return *this;
+    }
+    Vector3d& operator-=(const Vector3d& v) {
+        x -= v.x, y -= v.y, z -= v.z;
+        return *this;
+    }
+    Vector3d& operator*=(double s) {
+        x *= s, y *= s, z *= s;
+        return *this;
+    }
+    Vector3d& operator/=(double s) {
+        x /= s, y /= s, z /= s;
+        return *this;
+    }
+    Vector3d operator+(const Vector3d& v) const { return {x + v.x, y + v.y, z + v.z}; }
+    Vector3d operator-(const Vector3d& v) const { return {x - v.x, y - v.y, z - v.z}; }
+    Vector3d operator*(double s) const { return {x * s, y * s, z * s}; }
+    Vector3d operator/(double s) const { return {x / s, y / s, z / s}; }
+    Vector3d operator-() const { return {-x, -y, -z}; }
+    double operator*(const Vector3d& v) const { return x * v.x + y * v.y + z * v.z; }
+    Vector3d operator^(const Vector3d& v) const {
+        return {y * v.z - z * v.y, z * v.x - x * v.z, x * v.y - y * v.x};
+    }
+    Vector3d getCrossProduct(const Vector3d& v) const { return *this ^ v; }
+    double getDotProduct(const Vector3d& v) const { return *this * v; }
+
+    bool operator==(const Vector3d& v) const { return x == v.x && y == v.y && z == v.z; }
+    bool operator!=(const Vector3d& v) const { return !(*this == v); }
+
+    bool hasNan() const { return TUMaths::isNan(x) || TUMaths::isNan(y) || TUMaths::isNan(z); }
+    bool hasInfinity() const {
+        return TUMaths::isInfinity(x) || TUMaths::isInfinity(y) || TUMaths::isInfinity(z);
+    }
+    bool hasNanOrInfinity() const {
+        return TUMaths::isNanOrInfinity(x) || TUMaths::isNanOrInfinity(y) ||
+               TUMaths::isNanOrInfinity(z);
+    }
+    bool isZero() const { return x == 0 && y == 0 && z == 0; }
+
+    double length() const { return std::sqrt(lengthSq()); }
+    double lengthSq() const { return x * x + y * y + z * z; }
+    /// 0 when either vector has length 0.
+    double getCos(const Vector3d& v) const;
+    /// |u ^ v| / (|u| |v|), in [0, 1]; 0 when either vector has length 0.
+    double getSin(const Vector3d& v) const;
+    /// (u.v)/|v|^2; 0 when v is the zero vector.
+    double getProjectionRatio(const Vector3d& v) const;
+    /// Replaces this vector by its projection on v.
+    void project(const Vector3d& v) { *this = getProjection(v); }
+    Vector3d getProjection(const Vector3d& v) const { return v * getProjectionRatio(v); }
+    /// Multiplies by 1/length with no zero guard: the zero vector becomes NaN.
+    void normalize() { *this *= 1.0 / length(); }
+    Vector3d getNormalized() const { return *this * (1.0 / length()); }
+    void negate() { x = -x, y = -y, z = -z; }
+    /// Each coordinate to the nearest multiple of q (halves upward).
+    void round(double q);
+};
+
+inline Vector3d operator*(double s, const Vector3d& v) {
+    return v * s;
+}
+
+/// 3D point.
+class PLUMVALE_EXPORT Point3d {
+public:
+    double x = 0;
+    double y = 0;
+    double z = 0;
+
+    constexpr Point3d() = default;
+    constexpr Point3d(double x_, double y_, double z_) : x(x_), y(y_), z(z_) {}
+    explicit constexpr Point3d(const Vector3d& v) : x(v.x), y(v.y), z(v.z) {}
+    constexpr Point3d(const Point2d& p, double z_) : x(p.x), y(p.y), z(z_) {}
+
+    void setX(double v) { x = v; }
+    void setY(double v) { y = v; }
+    void setZ(double v) { z = v; }
+    void setXYZ(double x_, double y_, double z_) { x = x_, y = y_, z = z_; }
+    double& operator()(Axis3d a) { return asArray()[static_cast<int>(a)]; }
+    double operator()(Axis3d a) const { return asArray()[static_cast<int>(a)]; }
+    double* asArray() { return &x; }
+    const double* asArray() const { return &x; }
+    Point2d toPoint2d() const { return {x, y}; }
+
+    Point3d& operator+=(const Vector3d& v) {
+        x += v.x, y += v.y, z += v.z;
+        return *this;
+    }
+    Point3d& operator-=(const Vector3d& v) {
+        x -= v.x, y -= v.y, z -= v.z;
+        return *this;
+    }
+    Point3d operator+(const Vector3d& v) const { return {x + v.x, y + v.y, z + v.z}; }
+    Point3d operator-(const Vector3d& v) const { return {x - v.x, y - v.y, z - v.z}; }
+    Vector3d operator-(const Point3d& p) const { return {x - p.x, y - p.y, z - p.z}; }
+
+    bool operator==(const Point3d& p) const { return x == p.x && y == p.y && z == p.z; }
+    bool operator!=(const Point3d& p) const { return !(*this == p); }
+    /// Orders by x, then y, then z.
+    bool operator<(const Point3d& p) const {
+        return x < p.x || (x == p.x && (y < p.y || (y == p.y && z < p.z)));
+    }
+
+    bool hasNan() const { return TUMaths::isNan(x) || TUMaths::isNan(y) || TUMaths::isNan(z); }
+    bool hasInfinity() const {
+        return TUMaths::isInfinity(x) || TUMaths::isInfinity(y) || TUMaths::isInfinity(z);
+    }
+    bool hasNanOrInfinity() const {
+        return TUMaths::isNanOrInfinity(x) || TUMaths::isNanOrInfinity(y) ||
+               TUMaths::isNanOrInfinity(z);
+    }
+    bool isOrigin() const { return x == 0 && y == 0 && z == 0; }
+
+    double distance(const Point3d& p) const { return (*this - p).length(); }
+    double distanceSq(const Point3d& p) const { return (*this - p).lengthSq(); }
+    void round(double q);
+    /// a + t (b - a).
+    static Point3d interpolate(double t, const Point3d& a, const Point3d& b) {
+        return {a.x + t * (b.x - a.x), a.y + t * (b.y - a.y), a.z + t * (b.z - a.z)};
+    }
+};
+
+inline Vector3d::Vector3d(const Point3d& p) : x(p.x), y(p.y), z(p.z) {}
+inline Vector3d::Vector3d(const Point3d& from, const Point3d& to)
+    : x(to.x - from.x), y(to.y - from.y), z(to.z - from.z) {}
+
+/// Homogeneous point (x, y, z, w). The canonical view volume is -w <= x, y, z <= w.
+/// A weight with |w| < TUMaths::epsilon() marks a direction: it is never divided by.
+class PLUMVALE_EXPORT Point4d {
+public:
+    double x = 0;
+    double y = 0;
+    double z = 0;
+    double w = 0;
+
+    /// All four coordinates 0, w included.
+    constexpr Point4d() = default;
+    constexpr Point4d(double x_, double y_, double z_, double w_) : x(x_), y(y_), z(z_), w(w_) {}
+    /// z = 0, w = 1.
+    explicit constexpr Point4d(const Point2d& p) : x(p.x), y(p.y), z(0), w(1) {}
+    /// w = 1.
+    explicit constexpr Point4d(const Point3d& p) : x(p.x), y(p.y), z(p.z), w(1) {}
+    /// w = 0.
+    explicit constexpr Point4d(const Vector3d& v) : x(v.x), y(v.y), z(v.z), w(0) {}
+
+    double& operator()(Axis4d a) { return asArray()[static_cast<int>(a)]; }
+    double operator()(Axis4d a) const { return asArray()[static_cast<int>(a)]; }
+    double* asArray() { return &x; }
+    const double* asArray() const { return &x; }
+
+    /// x, y divided by w when |w| >= epsilon, undivided otherwise.
+    Point2d toPoint2d() const;
+    Point3d toPoint3d() const;
+    /// The coordinates as they are, never divided.
+    Vector2d toVector2d() const { return {x, y}; }
+    Vector3d toVector3d() const { return {x, y, z}; }
+
+    bool operator==(const Point4d& p) const { return x == p.x && y == p.y && z == p.z && w == p.w; }
+    bool operator!=(const Point4d& p) const { return !(*this == p); }
+
+    bool hasNan() const {
+        return TUMaths::isNan(x) || TUMaths::isNan(y) || TUMaths::isNan(z) || TUMaths::isNan(w);
+    }
+    bool hasInfinity() const {
+        return TUMaths::isInfinity(x) || TUMaths::isInfinity(y) || TUMaths::isInfinity(z) ||
+               TUMaths::isInfinity(w);
+    }
+    bool hasNanOrInfinity() const { return hasNan() || hasInfinity(); }
+    bool isOrigin() const { return x == 0 && y == 0 && z == 0 && w == 0; }
+
+    /// Divides x, y, z by w and sets w = 1 when |w| >= epsilon; otherwise does nothing.
+    void normalize();
+    bool isVector() const { return std::fabs(w) < TUMaths::epsilon(); }
+    /// -z <= w.
+    bool isInFront() const { return -z <= w; }
+    /// x, y or z outside [-w, w]; a point on the boundary is not clipped.
+    bool isClipped() const {
+        return isClipped(Axis4d::X) || isClipped(Axis4d::Y) || isClipped(Axis4d::Z);
+    }
+    bool isClipped(Axis4d axis) const {
+        const double v = (*this)(axis);
+        return v > w || -v > w;
+    }
+    /// All four coordinates linearly.
+    static Point4d interpolate(double t, const Point4d& a, const Point4d& b) {
+        return {a.x + t * (b.x - a.x), a.y + t * (b.y - a.y), a.z + t * (b.z - a.z),
+                a.w + t * (b.w - a.w)};
+    }
+};
+
+/// Rotation angles about x, y and z (units chosen by the caller).
+class PLUMVALE_EXPORT Angle3d {
+public:
+    double x = 0;
+    double y = 0;
+    double z = 0;
+
+    constexpr Angle3d() = default;
+    constexpr Angle3d(double x_, double y_, double z_) : x(x_), y(y_), z(z_) {}
+
+    void setX(double v) { x = v; }
+    void setY(double v) { y = v; }
+    void setZ(double v) { z = v; }
+    void setXYZ(double x_, double y_, double z_) { x = x_, y = y_, z = z_; }
+    double& operator()(Axis3d a) { return (&x)[static_cast<int>(a)]; }
+    double operator()(Axis3d a) const { return (&x)[static_cast<int>(a)]; }
+    bool isIdentity() const { return x == 0 && y == 0 && z == 0; }
+    Vector3d toVector3d() const { return {x, y, z}; }
+    bool operator==(const Angle3d& a) const { return x == a.x && y == a.y && z == a.z; }
+    bool operator!=(const Angle3d& a) const { return !(*this == a); }
+    /// Each angle linearly, with no wrapping.
+    static Angle3d interpolate(double t, const Angle3d& a, const Angle3d& b) {
+        return {a.x + t * (b.x - a.x), a.y + t * (b.y - a.y), a.z + t * (b.z - a.z)};
+    }
+};
+
+} // namespace Math
