@@ -11,6 +11,7 @@ PAIRS = [
     ("bench_utf8", "DecodeUTString", "DecodeQString"),
     ("bench_utf8", "EncodeUTString", "EncodeQString"),
     ("bench_crc64", "Compute", "ByteAtATime"),
+    ("bench_batch_message", "ReportFromWorker", "MutexVectorPush"),
     ("bench_matrix4", "ProductMatrix4x4", "ProductEigen"),
     ("bench_matrix4", "InverseMatrix4x4", "InverseEigen"),
 ]

@@ -1,6 +1,8 @@
 // pvtool: command-line access to PlumvaleBaseCore (version, CRC-64 of files, timecodes).
 #include <PlumvaleBaseCore/PlumvaleBaseCore.h>
 
+#include <QCoreApplication>
+
 #include <cerrno>
 #include <cinttypes>
 #include <climits>
@@ -12,14 +14,32 @@
 
 namespace {
 
-constexpr int kExitFailure = 1; // a file could not be read
-constexpr int kExitUsage = 2;   // bad command line
+// Error codes handed to the message centre; the smallest one reported is the exit status.
+constexpr auto kExitFailure = static_cast<ErrorCode::Type>(1); // a file could not be read
+constexpr auto kExitUsage = static_cast<ErrorCode::Type>(2);   // bad command line
 
 void usage(FILE* out) {
-    std::fputs("usage: pvtool --version\n"
+    std::fputs("usage: pvtool [--batch] [--lang=LANGUAGE] COMMAND\n"
+               "       pvtool --version\n"
                "       pvtool crc64 FILE...        (\"-\" reads standard input)\n"
-               "       pvtool timecode FRAMES FPS [--hours]\n",
+               "       pvtool timecode FRAMES FPS [--hours]\n"
+               "--batch logs through the batch message centre and prints its log at the end.\n",
                out);
+}
+
+/// The interactive centre of the tool: each report's translation on standard error.
+class ConsoleCentre : public TUMessage {
+public:
+    ConsoleCentre() : TUMessage(QStringLiteral("pvtool"), false, false) {}
+    void writeLog(char kind, const QString&, const QString& translated, bool) override {
+        if (kind == 'D' || kind == 'T') return;
+        std::fprintf(stderr, "pvtool: %s\n", translated.toLocal8Bit().constData());
+    }
+};
+
+/// Reports an error through the centre with the given code.
+void fail(MSG_Text message, ErrorCode::Type code) {
+    MSG_Scope scope(message, MSG_Scope::Error, code);
 }
 
 /// Parses a whole decimal int; false for anything else (empty, trailing text, overflow).
@@ -46,18 +66,19 @@ bool crcOfStream(FILE* in, const TUCRC64Calculator& calc, std::uint64_t& crc) {
 
 int runCrc64(int argc, char** argv) {
     if (argc < 3) {
-        std::fputs("pvtool crc64: no file given\n", stderr);
+        fail(MSG_Text("pvtool", "No file given."), kExitUsage);
         usage(stderr);
         return kExitUsage;
     }
     const TUCRC64Calculator calc;
-    int status = 0;
     for (int i = 2; i < argc; ++i) {
         const bool isStdin = std::strcmp(argv[i], "-") == 0;
         FILE* in = isStdin ? stdin : std::fopen(argv[i], "rbe");
         if (!in) {
-            std::fprintf(stderr, "pvtool crc64: %s: %s\n", argv[i], std::strerror(errno));
-            status = kExitFailure;
+            fail(MSG_Text("pvtool", "Cannot read %1: %2")
+                     .arg(QString::fromLocal8Bit(argv[i]),
+                          QString::fromLocal8Bit(std::strerror(errno))),
+                 kExitFailure);
             continue;
         }
         std::uint64_t crc = 0;
@@ -65,13 +86,15 @@ int runCrc64(int argc, char** argv) {
         const int readError = errno;
         if (!isStdin) std::fclose(in);
         if (!ok) {
-            std::fprintf(stderr, "pvtool crc64: %s: %s\n", argv[i], std::strerror(readError));
-            status = kExitFailure;
+            fail(MSG_Text("pvtool", "Cannot read %1: %2")
+                     .arg(QString::fromLocal8Bit(argv[i]),
+                          QString::fromLocal8Bit(std::strerror(readError))),
+                 kExitFailure);
             continue;
         }
         std::printf("%016" PRIx64 "  %s\n", crc, argv[i]);
     }
-    return status;
+    return 0;
 }
 
 int runTimecode(int argc, char** argv) {
@@ -79,25 +102,26 @@ int runTimecode(int argc, char** argv) {
     bool hours = false;
     if (argc == 5 && std::strcmp(argv[4], "--hours") == 0) hours = true;
     if (argc != 4 && !(argc == 5 && hours)) {
-        std::fputs("pvtool timecode: expected FRAMES FPS [--hours]\n", stderr);
         usage(stderr);
         return kExitUsage;
     }
     if (!parseInt(argv[2], frames)) {
-        std::fprintf(stderr, "pvtool timecode: '%s' is not a whole number of frames\n", argv[2]);
+        fail(MSG_Text("pvtool", "'%1' is not a whole number of frames.")
+                 .arg(QString::fromLocal8Bit(argv[2])),
+             kExitUsage);
         return kExitUsage;
     }
     if (!parseInt(argv[3], fps) || fps <= 0) {
-        std::fprintf(stderr, "pvtool timecode: '%s' is not a positive frame rate\n", argv[3]);
+        fail(MSG_Text("pvtool", "'%1' is not a positive frame rate.")
+                 .arg(QString::fromLocal8Bit(argv[3])),
+             kExitUsage);
         return kExitUsage;
     }
     std::printf("%s\n", UT_FormatFrame(frames, fps, hours).utf8().c_str());
     return 0;
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
+int run(int argc, char** argv) {
     if (argc < 2) {
         usage(stderr);
         return kExitUsage;
@@ -114,7 +138,48 @@ int main(int argc, char** argv) {
     }
     if (command == "crc64") return runCrc64(argc, argv);
     if (command == "timecode") return runTimecode(argc, argv);
-    std::fprintf(stderr, "pvtool: unknown command '%s'\n", argv[1]);
+    fail(MSG_Text("pvtool", "Unknown command '%1'.").arg(QString::fromLocal8Bit(argv[1])),
+         kExitUsage);
     usage(stderr);
     return kExitUsage;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication app(argc, argv);
+    BAPP_Application::setupMainThread();
+    BAPP_Identity::select(QStringLiteral("pvtool"));
+
+    // Global options come first: --batch and --lang=LANGUAGE.
+    bool batch = false;
+    int first = 1;
+    for (; first < argc; ++first) {
+        const std::string option = argv[first];
+        if (option == "--batch")
+            batch = true;
+        else if (option.rfind("--lang=", 0) == 0)
+            UT_LibraryTranslator::install(QString::fromLocal8Bit(argv[first] + 7));
+        else
+            break;
+    }
+    if (batch) {
+        tuBatchMsg = new TUBatchMessage(QStringLiteral("pvtool"), false, false);
+        TUMessage::setInstance(tuBatchMsg);
+    } else {
+        TUMessage::setInstance(new ConsoleCentre);
+    }
+
+    argv[first - 1] = argv[0];
+    const int status = run(argc - first + 1, argv + first - 1);
+    TUMessage* centre = TUMessage::instance();
+    if (tuBatchMsg) {
+        QCoreApplication::sendPostedEvents();
+        for (const QString& entry : tuBatchMsg->getLog())
+            std::fprintf(stderr, "%s\n", entry.toLocal8Bit().constData());
+    }
+    // The centre's code wins; a usage error without a report keeps its own status.
+    const int code = centre->getErrorCode();
+    TUMessage::releaseInstance();
+    return code != 0 ? code : status;
 }

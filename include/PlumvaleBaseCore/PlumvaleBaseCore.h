@@ -3,6 +3,7 @@
 
 #include <PlumvaleBaseCore/version.h>
 
+#include <PlumvaleBaseCore/app.h>
 #include <PlumvaleBaseCore/math.h>
 #include <PlumvaleBaseCore/numerics.h>
 #include <PlumvaleBaseCore/text.h>

@@ -1,0 +1,50 @@
+// PL_RecursiveMutex, a recursive mutex, with its scoped lock.
+#pragma once
+
+#include <PlumvaleBaseCore/PlumvaleBaseCore_export.h>
+
+#include <memory>
+
+/// A mutex the holding thread may lock again; each lock needs its own unlock.
+class PLUMVALE_EXPORT PL_RecursiveMutex {
+public:
+    PL_RecursiveMutex();
+    ~PL_RecursiveMutex();
+    PL_RecursiveMutex(const PL_RecursiveMutex&) = delete;
+    PL_RecursiveMutex& operator=(const PL_RecursiveMutex&) = delete;
+
+    void lock();
+    void unlock();
+    bool tryLock();
+
+    /// Holds the mutex from construction (or acquire()) until release() or destruction.
+    class PLUMVALE_EXPORT ScopeLock {
+    public:
+        /// Holds nothing.
+        ScopeLock() = default;
+        explicit ScopeLock(PL_RecursiveMutex& mutex) { acquire(mutex); }
+        ~ScopeLock() { release(); }
+        ScopeLock(const ScopeLock&) = delete;
+        ScopeLock& operator=(const ScopeLock&) = delete;
+
+        /// Releases what it holds, then locks `mutex`.
+        void acquire(PL_RecursiveMutex& mutex) {
+            release();
+            mutex.lock();
+            m_mutex = &mutex;
+        }
+        void release() {
+            if (m_mutex) {
+                m_mutex->unlock();
+                m_mutex = nullptr;
+            }
+        }
+
+    private:
+        PL_RecursiveMutex* m_mutex = nullptr;
+    };
+
+private:
+    struct Impl;
+    std::unique_ptr<Impl> m_impl;
+};
