@@ -4,6 +4,7 @@
 #include <PlumvaleBaseCore/version.h>
 
 #include <PlumvaleBaseCore/app.h>
+#include <PlumvaleBaseCore/files.h>
 #include <PlumvaleBaseCore/math.h>
 #include <PlumvaleBaseCore/numerics.h>
 #include <PlumvaleBaseCore/text.h>

@@ -1,0 +1,7 @@
+// Umbrella header of the files subsystem.
+#pragma once
+
+#include <PlumvaleBaseCore/files/OSW_FileInfo.h>
+#include <PlumvaleBaseCore/files/PL_FileSpec.h>
+#include <PlumvaleBaseCore/files/UT_Path.h>
+#include <PlumvaleBaseCore/files/UT_RelPath.h>
