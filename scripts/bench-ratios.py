@@ -12,6 +12,9 @@ PAIRS = [
     ("bench_utf8", "EncodeUTString", "EncodeQString"),
     ("bench_crc64", "Compute", "ByteAtATime"),
     ("bench_batch_message", "ReportFromWorker", "MutexVectorPush"),
+    ("bench_listing", "ListFileSpec", "ListReaddir"),
+    ("bench_listing", "ListFileSpec", "ListQDirIterator"),
+    ("bench_listing", "SetPathUTPath", "CleanPathQDir"),
     ("bench_matrix4", "ProductMatrix4x4", "ProductEigen"),
     ("bench_matrix4", "InverseMatrix4x4", "InverseEigen"),
 ]

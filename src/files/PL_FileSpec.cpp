@@ -72,7 +72,7 @@ PL_FileSpec::PL_FileSpec(const UT_RelPath& path) {
 void PL_FileSpec::IFileSpec() {
     m_path.clear();
     m_info.Clear();
-    m_lazy.reset();
+    m_lazyDir.reset();
 }
 
 void PL_FileSpec::IFileSpec(const UT_String& path) {

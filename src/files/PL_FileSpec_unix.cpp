@@ -89,20 +89,15 @@ QString userTempRoot();
 
 } // namespace
 
-// The open folder a listed entry came from, kept so its status is read relative to it.
-struct PL_FileSpec::LazyStat {
-    std::shared_ptr<PL_FileSpec_iterator::Stream> stream;
-    std::string name;
-};
-
-struct PL_FileSpec_iterator::Stream {
+// An open folder being listed; entries keep it alive until their status is complete.
+struct PL_DirStream {
     int fd = -1;
     UT_String folder; // with a trailing '/'
     std::vector<char> buffer = std::vector<char>(64 * 1024);
     long used = 0;
     long offset = 0;
 
-    ~Stream() {
+    ~PL_DirStream() {
         if (fd >= 0) ::close(fd);
     }
 
@@ -119,14 +114,34 @@ struct PL_FileSpec_iterator::Stream {
     }
 };
 
+namespace {
+
+// Appends a file name given in UTF-8; ASCII names, the common case, skip the decoder.
+void appendName(UT_String& path, const char* name) {
+    UT_String::value_type units[256];
+    std::size_t n = 0;
+    for (; name[n] != '\0'; ++n) {
+        const auto byte = static_cast<unsigned char>(name[n]);
+        if (byte >= 0x80 || n == sizeof units / sizeof units[0]) {
+            path += UT_String(name);
+            return;
+        }
+        units[n] = byte;
+    }
+    path.append(units, static_cast<UT_String::size_type>(n));
+}
+
+} // namespace
+
 const PL_FileInfo& PL_FileSpec::GetFileInfo() const {
-    if (m_lazy) {
+    if (m_lazyDir) {
         // A listed entry: its type is known, the rest is read relative to its folder.
-        const PL_FileInfo full = statAt(m_lazy->stream->fd, m_lazy->name.c_str(), m_path);
+        const std::string name = GetName(true).utf8();
+        const PL_FileInfo full = statAt(m_lazyDir->fd, name.c_str(), m_path);
         const unsigned char hidden = m_info.GetHiddenState();
         m_info = full;
         m_info.SetHiddenState(hidden);
-        m_lazy.reset();
+        m_lazyDir.reset();
     } else if (!m_info.IsInit()) {
         m_info = m_path.empty() ? PL_FileInfo(0, 0, PL_FileInfo::kError)
                                 : statAt(AT_FDCWD, m_path.utf8().c_str(), m_path);
@@ -136,7 +151,7 @@ const PL_FileInfo& PL_FileSpec::GetFileInfo() const {
 
 void PL_FileSpec::ResetInfo() const {
     m_info.Clear();
-    m_lazy.reset();
+    m_lazyDir.reset();
 }
 
 PL_FileSpec_iterator::PL_FileSpec_iterator(const PL_FileSpec& folder) {
@@ -145,7 +160,7 @@ PL_FileSpec_iterator::PL_FileSpec_iterator(const PL_FileSpec& folder) {
         return ::open(folder.GetFilePath().utf8().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     });
     if (fd < 0) return;
-    m_stream = std::make_shared<Stream>();
+    m_stream = std::make_shared<PL_DirStream>();
     m_stream->fd = fd;
     m_stream->folder = folder.GetFilePath();
     if (m_stream->folder.back() != u'/') m_stream->folder += u'/';
@@ -160,26 +175,21 @@ PL_FileSpec_iterator& PL_FileSpec_iterator::operator++() {
     while (const struct dirent64* e = m_stream->next()) {
         const char* name = e->d_name;
         if (name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'))) continue;
-        UT_String path = m_stream->folder;
-        path += UT_String(name);
+        // The path is rebuilt in the entry's own buffer, which keeps its capacity.
+        UT_String& path = m_current.m_path;
+        path.assign(m_stream->folder);
+        appendName(path, name);
+        m_current.m_info.Clear();
         // The type comes from the listing; links, unknown types and ".lnk" names need a
         // status call to tell a folder from a file.
-        std::uint32_t mode = 0;
-        if (e->d_type == DT_DIR)
-            mode = PL_FileInfo::kFolder;
-        else if (e->d_type == DT_REG)
-            mode = PL_FileInfo::kFile;
         if ((e->d_type != DT_DIR && e->d_type != DT_REG) || endsWithLnk(path)) {
-            m_current.m_path = path;
             m_current.m_info = statAt(m_stream->fd, name, path);
-            m_current.m_lazy.reset();
+            m_current.m_lazyDir.reset();
             return *this;
         }
-        m_current.m_path = std::move(path);
-        m_current.m_info = PL_FileInfo(0, 0, mode);
-        m_current.m_lazy = std::make_shared<PL_FileSpec::LazyStat>();
-        m_current.m_lazy->stream = m_stream;
-        m_current.m_lazy->name = name;
+        m_current.m_info =
+            PL_FileInfo(0, 0, e->d_type == DT_DIR ? PL_FileInfo::kFolder : PL_FileInfo::kFile);
+        if (m_current.m_lazyDir != m_stream) m_current.m_lazyDir = m_stream;
         return *this;
     }
     m_stream.reset();

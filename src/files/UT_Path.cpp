@@ -14,33 +14,55 @@ QRegularExpression unicodePattern(const char* pattern) {
                               QRegularExpression::UseUnicodePropertiesOption);
 }
 
-const QRegularExpression& shareDrivePrefix() {
-    static const QRegularExpression re = unicodePattern("^//[\\w\\-]+/[\\w\\-]+");
-    return re;
+// A character of \w (Unicode letters and digits, and '_') or '-'.
+bool isDriveNameChar(QChar c) {
+    return c.isLetterOrNumber() || c == QLatin1Char('_') || c == QLatin1Char('-');
 }
 
-const QRegularExpression& letterDrivePrefix() {
-    static const QRegularExpression re = unicodePattern("^[a-zA-Z]+:");
-    return re;
+// Length of a run of drive-name characters starting at `from`.
+int nameRun(const QString& s, int from) {
+    int i = from;
+    while (i < s.size() && isDriveNameChar(s[i]))
+        ++i;
+    return i - from;
+}
+
+bool isAsciiLetter(QChar c) {
+    return (c >= QLatin1Char('a') && c <= QLatin1Char('z')) ||
+           (c >= QLatin1Char('A') && c <= QLatin1Char('Z'));
+}
+
+// Length of a leading "//server/share", 0 without one. The same rule as the pattern
+// "^//[\w-]+/[\w-]+", written out because it runs on every assignment.
+int sharePrefix(const QString& s) {
+    if (s.size() < 5 || s[0] != kSlash || s[1] != kSlash) return 0;
+    const int server = nameRun(s, 2);
+    if (server == 0 || 2 + server >= s.size() || s[2 + server] != kSlash) return 0;
+    const int share = nameRun(s, 3 + server);
+    return share == 0 ? 0 : 3 + server + share;
+}
+
+// Length of a leading "[a-zA-Z]+:", 0 without one.
+int letterPrefix(const QString& s) {
+    int i = 0;
+    while (i < s.size() && isAsciiLetter(s[i]))
+        ++i;
+    return i > 0 && i < s.size() && s[i] == QLatin1Char(':') ? i + 1 : 0;
 }
 
 bool ValidateDrive(const QString& drive) {
-    static const QRegularExpression letter = unicodePattern("^[a-zA-Z]:$");
-    static const QRegularExpression share = unicodePattern("^//[\\w\\-]+/[\\w\\-]+$");
-    return letter.match(drive).hasMatch() || share.match(drive).hasMatch();
+    if (drive.size() == 2) return isAsciiLetter(drive[0]) && drive[1] == QLatin1Char(':');
+    return !drive.isEmpty() && sharePrefix(drive) == drive.size();
 }
 
 // Cuts a leading drive off `path` into `drive`; false when nothing matched.
 bool ExtractDrive(QString& path, QString& drive) {
-    for (const QRegularExpression* re : {&shareDrivePrefix(), &letterDrivePrefix()}) {
-        const QRegularExpressionMatch m = re->match(path);
-        if (m.hasMatch()) {
-            drive = m.captured(0);
-            path.remove(0, drive.size());
-            return true;
-        }
-    }
-    return false;
+    int length = sharePrefix(path);
+    if (length == 0) length = letterPrefix(path);
+    if (length == 0) return false;
+    drive = path.left(length);
+    path.remove(0, length);
+    return true;
 }
 
 // Position of the first or last '.' of `name`; -1 without one.

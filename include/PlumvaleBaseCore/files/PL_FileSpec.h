@@ -13,6 +13,7 @@
 
 class UT_RelPath;
 class PL_FileSpec_iterator;
+struct PL_DirStream;
 
 /// A file's cached status. Mode bits: 0x8000 regular file, 0x4000 folder, 0x0100 readable and
 /// 0x0080 writable by this user, 0x10000 shortcut (a symbolic link, or a ".lnk" file). Mode 0
@@ -140,11 +141,13 @@ public:
     /// -1 when the file is not readable.
     int GetSavableID(SavableID& id, const PL_FileSpec* base) const;
 
+    /// The complete status, read now if it was not yet.
     const PL_FileInfo& GetFileInfo() const;
-    bool IsFile() const { return GetFileInfo().IsFile(); }
-    bool IsFolder() const { return GetFileInfo().IsFolder(); }
-    bool IsExists() const { return GetFileInfo().IsExists(); }
-    bool IsSymbolicLink() const { return GetFileInfo().IsSymbolicLink(); }
+    /// Type questions; a listed entry answers them from the listing without a status call.
+    bool IsFile() const { return typeInfo().IsFile(); }
+    bool IsFolder() const { return typeInfo().IsFolder(); }
+    bool IsExists() const { return typeInfo().IsExists(); }
+    bool IsSymbolicLink() const { return typeInfo().IsSymbolicLink(); }
     /// A name starting with '.'.
     bool IsHidden() const;
     unsigned GetFileLength() const { return GetFileInfo().GetFileLength(); }
@@ -189,12 +192,14 @@ public:
 
 private:
     friend class PL_FileSpec_iterator;
-    struct LazyStat;
+
+    const PL_FileInfo& typeInfo() const { return m_lazyDir ? m_info : GetFileInfo(); }
 
     UT_String m_path;
     mutable PL_FileInfo m_info;
-    /// Set on listed entries until their status is completed from the open folder.
-    mutable std::shared_ptr<LazyStat> m_lazy;
+    /// The open folder a listed entry came from, kept until the entry's status is completed
+    /// relative to it.
+    mutable std::shared_ptr<PL_DirStream> m_lazyDir;
 };
 
 /// Lists a folder's entries ("." and ".." skipped). Each entry comes with its type from the
@@ -211,9 +216,7 @@ public:
     bool operator==(const PL_FileSpec_iterator& o) const { return m_current == o.m_current; }
     bool operator!=(const PL_FileSpec_iterator& o) const { return !(*this == o); }
 
-    struct Stream;
-
 private:
-    std::shared_ptr<Stream> m_stream;
+    std::shared_ptr<PL_DirStream> m_stream;
     PL_FileSpec m_current;
 };
