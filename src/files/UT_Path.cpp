@@ -343,10 +343,10 @@ bool UT_Path::CreateFolder() {
 }
 
 UT_PathIterator::UT_PathIterator(const UT_Path& folder) : m_path(folder) {
-    const PL_FileSpec& spec = folder.GetFileSpec();
-    if (!spec.IsValid()) return;
-    m_current = spec.begin();
-    m_end = spec.end();
+    const PL_FileSpec& listed = folder.GetFileSpec();
+    if (!listed.IsValid()) return;
+    m_current = listed.begin();
+    m_end = listed.end();
     if (m_current != m_end) {
         m_entry = *m_current;
         m_path.AddName(m_entry.GetName().ToQString());
