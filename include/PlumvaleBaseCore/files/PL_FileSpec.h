@@ -105,7 +105,7 @@ public:
     /// is taken as it is.
     void IFileSpec(const UT_String& rel, const PL_FileSpec& base);
     void IFileSpec(const SavableID& id, const PL_FileSpec* base);
-    /// 0, or a negative value with an empty spec (-1 for an unknown type).
+    /// 0, or a negative value with the path left empty (-1 for an unknown type).
     int IFileSpec(SpecialFolderType type);
 
     bool IsValid() const { return !m_path.empty(); }
