@@ -223,8 +223,8 @@ UT_String underTemp(const char* component) {
 
 // Deletes a folder and everything in it (links are removed, never followed).
 int removeTree(const UT_String& path) {
-    const PL_FileSpec folder(path);
-    for (PL_FileSpec_iterator it(folder), end; it != end; ++it) {
+    const PL_FileSpec tree(path);
+    for (PL_FileSpec_iterator it(tree), end; it != end; ++it) {
         const bool folder = it->IsFolder() && !it->IsSymbolicLink();
         const int r = folder ? removeTree(it->GetFilePath()) : it->Delete();
         if (r != 0) return r;
