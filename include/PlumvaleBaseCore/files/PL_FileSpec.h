@@ -53,7 +53,6 @@ private:
     bool has(std::uint32_t bit) const { return m_mode != kError && (m_mode & bit) != 0; }
 
     std::uint32_t m_mode = 0;
-    std::uint32_t m_reserved = 0;
     long long m_time = 0;
     std::uint32_t m_length = 0;
     unsigned char m_hidden = 0;
