@@ -63,7 +63,7 @@ private:
 /// a negative value on failure: -1, or the negated errno of the failing system call.
 class PLUMVALE_EXPORT PL_FileSpec {
 public:
-    enum SpecialFolderType {
+    enum SpecialFolderType : int {
         TempFile = 1,   ///< a new temporary file name (the file is not created)
         UserFolder = 2, ///< 2 to 6 all resolve to the user's documents folder
         DocumentsFolder = 3,
