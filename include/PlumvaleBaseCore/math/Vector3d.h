@@ -7,6 +7,20 @@
 
 namespace Math {
 
+namespace detail {
+// Coordinate checks shared by the 3D and 4D types, over their contiguous coordinates.
+inline bool anyNan(const double* v, int n) {
+    for (int i = 0; i < n; ++i)
+        if (TUMaths::isNan(v[i])) return true;
+    return false;
+}
+inline bool anyInfinity(const double* v, int n) {
+    for (int i = 0; i < n; ++i)
+        if (TUMaths::isInfinity(v[i])) return true;
+    return false;
+}
+} // namespace detail
+
 /// 3D vector; `*` between two vectors is the dot product and `^` the cross product.
 class PLUMVALE_EXPORT Vector3d {
 public:
@@ -64,14 +78,9 @@ public:
     bool operator==(const Vector3d& v) const { return x == v.x && y == v.y && z == v.z; }
     bool operator!=(const Vector3d& v) const { return !(*this == v); }
 
-    bool hasNan() const { return TUMaths::isNan(x) || TUMaths::isNan(y) || TUMaths::isNan(z); }
-    bool hasInfinity() const {
-        return TUMaths::isInfinity(x) || TUMaths::isInfinity(y) || TUMaths::isInfinity(z);
-    }
-    bool hasNanOrInfinity() const {
-        return TUMaths::isNanOrInfinity(x) || TUMaths::isNanOrInfinity(y) ||
-               TUMaths::isNanOrInfinity(z);
-    }
+    bool hasNan() const { return detail::anyNan(asArray(), 3); }
+    bool hasInfinity() const { return detail::anyInfinity(asArray(), 3); }
+    bool hasNanOrInfinity() const { return hasNan() || hasInfinity(); }
     bool isZero() const { return x == 0 && y == 0 && z == 0; }
 
     double length() const { return std::sqrt(lengthSq()); }
@@ -138,14 +147,9 @@ public:
         return x < p.x || (x == p.x && (y < p.y || (y == p.y && z < p.z)));
     }
 
-    bool hasNan() const { return TUMaths::isNan(x) || TUMaths::isNan(y) || TUMaths::isNan(z); }
-    bool hasInfinity() const {
-        return TUMaths::isInfinity(x) || TUMaths::isInfinity(y) || TUMaths::isInfinity(z);
-    }
-    bool hasNanOrInfinity() const {
-        return TUMaths::isNanOrInfinity(x) || TUMaths::isNanOrInfinity(y) ||
-               TUMaths::isNanOrInfinity(z);
-    }
+    bool hasNan() const { return detail::anyNan(asArray(), 3); }
+    bool hasInfinity() const { return detail::anyInfinity(asArray(), 3); }
+    bool hasNanOrInfinity() const { return hasNan() || hasInfinity(); }
     bool isOrigin() const { return x == 0 && y == 0 && z == 0; }
 
     double distance(const Point3d& p) const { return (*this - p).length(); }
@@ -195,13 +199,8 @@ public:
     bool operator==(const Point4d& p) const { return x == p.x && y == p.y && z == p.z && w == p.w; }
     bool operator!=(const Point4d& p) const { return !(*this == p); }
 
-    bool hasNan() const {
-        return TUMaths::isNan(x) || TUMaths::isNan(y) || TUMaths::isNan(z) || TUMaths::isNan(w);
-    }
-    bool hasInfinity() const {
-        return TUMaths::isInfinity(x) || TUMaths::isInfinity(y) || TUMaths::isInfinity(z) ||
-               TUMaths::isInfinity(w);
-    }
+    bool hasNan() const { return detail::anyNan(asArray(), 4); }
+    bool hasInfinity() const { return detail::anyInfinity(asArray(), 4); }
     bool hasNanOrInfinity() const { return hasNan() || hasInfinity(); }
     bool isOrigin() const { return x == 0 && y == 0 && z == 0 && w == 0; }
 
