@@ -15,150 +15,181 @@ constexpr double kTinyPivot = 2.220446049250313e-16;
 // Two lanes of a row (GCC/Clang vector extension: one SSE2 register on x86-64, plain
 // scalar code elsewhere). A matrix row is a pair of them: lanes 0-1 and 2-3.
 typedef double Pair __attribute__((vector_size(16)));
-typedef long long PairMask __attribute__((vector_size(16)));
 
-struct Rows {
-    Pair lo[4];
-    Pair hi[4];
+struct Lanes {
+    Pair lo, hi;
 };
 
-Pair select(PairMask mask, Pair yes, Pair no) {
-    return reinterpret_cast<Pair>((reinterpret_cast<PairMask>(yes) & mask) |
-                                  (reinterpret_cast<PairMask>(no) & ~mask));
+// Every array below is indexed only by constants once the loops are unrolled, so the whole
+// decomposition stays in registers.
+struct Factors {
+    Lanes row[4];       // U on and right of the diagonal; the lanes left of it are scratch
+    double lower[4][4]; // L below the diagonal (its unit diagonal is implied)
+    int perm[4];
+    double scale[4];
+    double invPivot[4];
+};
+
+template <int J>
+double lane(const Lanes& r) {
+    if constexpr (J < 2)
+        return r.lo[J];
+    else
+        return r.hi[J - 2];
 }
 
-constexpr long long laneIf(bool b) {
-    return b ? -1 : 0;
+double lane(const Lanes& r, int j) {
+    return j < 2 ? r.lo[j] : r.hi[j - 2];
 }
 
-// Loads the rows of the column-major matrix.
-void load(const double* m, Rows& a) {
+// Loads the rows of the column-major matrix and their implicit scales; false when a row is
+// all zero.
+[[gnu::always_inline]] inline bool load(const double* m, Factors& f) {
+    double big[4];
+#pragma GCC unroll 4
     for (int r = 0; r < 4; ++r) {
-        a.lo[r] = Pair{m[r], m[r + 4]};
-        a.hi[r] = Pair{m[r + 8], m[r + 12]};
+        f.row[r].lo = Pair{m[r], m[r + 4]};
+        f.row[r].hi = Pair{m[r + 8], m[r + 12]};
+        f.perm[r] = r;
+        big[r] = std::max(std::max(std::fabs(m[r]), std::fabs(m[r + 4])),
+                          std::max(std::fabs(m[r + 8]), std::fabs(m[r + 12])));
+    }
+    if (big[0] == 0 || big[1] == 0 || big[2] == 0 || big[3] == 0) return false;
+    // Two rows per division: the divider is the scarcest unit here.
+    const Pair one = {1, 1};
+    const Pair s01 = one / Pair{big[0], big[1]};
+    const Pair s23 = one / Pair{big[2], big[3]};
+    f.scale[0] = s01[0];
+    f.scale[1] = s01[1];
+    f.scale[2] = s23[0];
+    f.scale[3] = s23[1];
+    return true;
+}
+
+// Moves row I to position J (and J to I) when I is the pivot; the recursion keeps every index
+// a constant.
+template <int J, int I>
+void exchange(Factors& f, int pivot) {
+    if constexpr (I < 4) {
+        if (pivot == I) {
+            std::swap(f.row[I], f.row[J]);
+            for (int k = 0; k < J; ++k)
+                std::swap(f.lower[I][k], f.lower[J][k]);
+            std::swap(f.perm[I], f.perm[J]);
+            std::swap(f.scale[I], f.scale[J]);
+            return;
+        }
+        exchange<J, I + 1>(f, pivot);
     }
 }
 
-double lane(const Rows& a, int row, int j) {
-    return j < 2 ? a.lo[row][j] : a.hi[row][j - 2];
-}
-
-// One column step of the decomposition below; J is a template argument so that every loop
-// has constant bounds and unrolls completely.
+// One column step of the decomposition below.
 template <int J>
-bool eliminate(Rows& a, int perm[4], double scale[4], double invPivot[4]) {
+[[gnu::always_inline]] inline bool eliminate(Factors& f) {
     double big = -1;
     int pivot = J;
-    double reciprocal[4];
+#pragma GCC unroll 4
     for (int i = J; i < 4; ++i) {
-        const double v = lane(a, i, J);
-        // Every candidate's reciprocal is taken while the pivot is being chosen, which keeps
-        // the division off the path from the choice to the row updates.
-        reciprocal[i] = 1.0 / v;
-        const double weighted = scale[i] * std::fabs(v);
-        // A later row wins a tie. Integer masking keeps the choice free of branches, which
-        // random pivots would mispredict.
-        pivot += (i - pivot) & -static_cast<int>(weighted >= big);
-        big = std::max(big, weighted);
+        const double weighted = f.scale[i] * std::fabs(lane<J>(f.row[i]));
+        // A later row wins a tie.
+        if (weighted >= big) {
+            big = weighted;
+            pivot = i;
+        }
     }
-    const Pair pivotLo = a.lo[pivot], pivotHi = a.hi[pivot];
-    a.lo[pivot] = a.lo[J];
-    a.hi[pivot] = a.hi[J];
-    a.lo[J] = pivotLo;
-    a.hi[J] = pivotHi;
-    std::swap(perm[pivot], perm[J]);
-    std::swap(scale[pivot], scale[J]);
-    const double p = J < 2 ? pivotLo[J % 2] : pivotHi[J % 2];
+    // Transforms, the usual input, keep their pivots on the diagonal, so this branch is
+    // almost always predicted.
+    if (pivot != J) exchange<J, J + 1>(f, pivot);
+    const double p = lane<J>(f.row[J]);
     if (std::fabs(p) < kTinyPivot) return false;
-    invPivot[J] = reciprocal[pivot];
-    // The pivot row right of the diagonal: lanes at and left of it hold L and must not reach
-    // the rows below, which take their own L entry in lane J instead.
-    constexpr PairMask rightLo = {laneIf(0 > J), laneIf(1 > J)};
-    constexpr PairMask rightHi = {laneIf(2 > J), laneIf(3 > J)};
-    constexpr PairMask atLo = {laneIf(0 == J), laneIf(1 == J)};
-    constexpr PairMask atHi = {laneIf(2 == J), laneIf(3 == J)};
-    const Pair upperLo = select(rightLo, pivotLo, Pair{0, 0});
-    const Pair upperHi = select(rightHi, pivotHi, Pair{0, 0});
+    f.invPivot[J] = 1.0 / p;
+    // The multipliers go to L; the rows below subtract the whole pivot row, whose lanes left
+    // of the diagonal only spoil scratch lanes. Without masks or blends nothing but a
+    // multiplication and a subtraction stands between one pivot and the next.
+    const Lanes upper = f.row[J];
+#pragma GCC unroll 4
     for (int i = J + 1; i < 4; ++i) {
-        const double l = lane(a, i, J) * invPivot[J];
+        const double l = lane<J>(f.row[i]) * f.invPivot[J];
+        f.lower[i][J] = l;
         const Pair ls = {l, l};
-        a.lo[i] = select(atLo, ls, a.lo[i] - ls * upperLo);
-        a.hi[i] = select(atHi, ls, a.hi[i] - ls * upperHi);
+        if constexpr (J == 0) f.row[i].lo -= ls * upper.lo; // lanes 0 and 1 are scratch later
+        f.row[i].hi -= ls * upper.hi;
     }
     return true;
 }
 
-// Crout decomposition with implicit pivoting, in place: L (unit diagonal) below the
-// diagonal, U on and above it, rows exchanged as the pivots demand, so that row i of the
-// factors is row perm[i] of the input. The reciprocals of U's diagonal go to `invPivot`.
-// Returns false where the decomposition raises Singularity.
+// Crout decomposition with implicit pivoting: L (unit diagonal) and U, rows exchanged as the
+// pivots demand, so that row i of the factors is row perm[i] of the input. Returns false where
+// the decomposition raises Singularity.
 //
 // The updates are applied column after column to whole rows below the pivot instead of being
 // gathered as dot products: every entry still receives the same subtractions in the same
 // order, so the factors are the classic left-looking ones bit for bit.
-bool decompose(Rows& a, int perm[4], double invPivot[4]) {
-    double scale[4];
-    for (int i = 0; i < 4; ++i) {
-        const double big = std::max(std::max(std::fabs(a.lo[i][0]), std::fabs(a.lo[i][1])),
-                                    std::max(std::fabs(a.hi[i][0]), std::fabs(a.hi[i][1])));
-        if (big == 0) return false;
-        scale[i] = 1.0 / big;
-        perm[i] = i;
-    }
-    return eliminate<0>(a, perm, scale, invPivot) && eliminate<1>(a, perm, scale, invPivot) &&
-           eliminate<2>(a, perm, scale, invPivot) && eliminate<3>(a, perm, scale, invPivot);
+[[gnu::always_inline]] inline bool decompose(const double* m, Factors& f) {
+    return load(m, f) && eliminate<0>(f) && eliminate<1>(f) && eliminate<2>(f) && eliminate<3>(f);
 }
 
 } // namespace
 
 void Matrix4x4::inverse() {
     if (m_identity) return;
-    Rows lu;
-    int perm[4];
-    double invPivot[4];
-    load(m, lu);
-    if (!decompose(lu, perm, invPivot)) throw Singularity();
-    // Solve L U X = P for the four columns at once, a row of X at a time: forward with L,
-    // then back with U. Row i of P has its 1 in column perm[i].
-    const Pair one = {1, 1};
-    Pair xLo[4], xHi[4];
-    for (int i = 0; i < 4; ++i) {
-        const double unit = perm[i];
-        Pair lo = select(Pair{0, 1} == Pair{unit, unit}, one, Pair{0, 0});
-        Pair hi = select(Pair{2, 3} == Pair{unit, unit}, one, Pair{0, 0});
+    Factors f;
+    if (!decompose(m, f)) throw Singularity();
+    // Solve L U Y = I for the four columns at once, a row of Y at a time: forward with L,
+    // then back with U. Then X = Y P: column i of Y is column perm[i] of the inverse. Every
+    // column is solved on its own, so this gives the same bits as solving against P.
+    Lanes x[4] = {{Pair{1, 0}, Pair{0, 0}},
+                  {Pair{0, 1}, Pair{0, 0}},
+                  {Pair{0, 0}, Pair{1, 0}},
+                  {Pair{0, 0}, Pair{0, 1}}};
+#pragma GCC unroll 4
+    for (int i = 1; i < 4; ++i) {
+#pragma GCC unroll 4
         for (int j = 0; j < i; ++j) {
-            const double l = lane(lu, i, j);
-            lo -= Pair{l, l} * xLo[j];
-            hi -= Pair{l, l} * xHi[j];
+            const double l = f.lower[i][j];
+            x[i].lo -= Pair{l, l} * x[j].lo;
+            x[i].hi -= Pair{l, l} * x[j].hi;
         }
-        xLo[i] = lo;
-        xHi[i] = hi;
     }
-    for (int i = 3; i >= 0; --i) {
-        Pair lo = xLo[i], hi = xHi[i];
-        for (int j = i + 1; j < 4; ++j) {
-            const double u = lane(lu, i, j);
-            lo -= Pair{u, u} * xLo[j];
-            hi -= Pair{u, u} * xHi[j];
+    // Back with U, a row of Y at a time. Each row is divided by its pivot before the terms of
+    // the rows below are taken off (with those terms divided by it too), so that the only
+    // division on the path from the last pivot is the first one; the nearest row is taken
+    // last for the same reason.
+#pragma GCC unroll 4
+    for (int i = 0; i < 4; ++i) {
+        x[i].lo *= Pair{f.invPivot[i], f.invPivot[i]};
+        x[i].hi *= Pair{f.invPivot[i], f.invPivot[i]};
+    }
+#pragma GCC unroll 4
+    for (int i = 2; i >= 0; --i) {
+#pragma GCC unroll 4
+        for (int j = 3; j > i; --j) {
+            const double u = lane(f.row[i], j) * f.invPivot[i];
+            x[i].lo -= Pair{u, u} * x[j].lo;
+            x[i].hi -= Pair{u, u} * x[j].hi;
         }
-        xLo[i] = lo * Pair{invPivot[i], invPivot[i]};
-        xHi[i] = hi * Pair{invPivot[i], invPivot[i]};
     }
+    double y[16];
+#pragma GCC unroll 4
     for (int r = 0; r < 4; ++r) {
-        m[r] = xLo[r][0];
-        m[r + 4] = xLo[r][1];
-        m[r + 8] = xHi[r][0];
-        m[r + 12] = xHi[r][1];
+        y[4 * r] = x[r].lo[0];
+        y[4 * r + 1] = x[r].lo[1];
+        y[4 * r + 2] = x[r].hi[0];
+        y[4 * r + 3] = x[r].hi[1];
+    }
+#pragma GCC unroll 4
+    for (int c = 0; c < 4; ++c) {
+        double* column = m + 4 * f.perm[c];
+#pragma GCC unroll 4
+        for (int r = 0; r < 4; ++r)
+            column[r] = y[4 * r + c];
     }
 }
 
 bool Matrix4x4::isSingular() const {
     if (m_identity) return false;
-    Rows lu;
-    int perm[4];
-    double invPivot[4];
-    load(m, lu);
-    return !decompose(lu, perm, invPivot);
+    Factors f;
+    return !decompose(m, f);
 }
 
 } // namespace Math

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <random>
@@ -122,9 +123,20 @@ TEST(Matrix4x4, InverseTimesMatrixIsIdentity) {
         ASSERT_LT(maxDeviationFromIdentity(m * inv), kInverseTolerance) << n;
         ASSERT_LT(maxDeviationFromIdentity(inv * m), kInverseTolerance) << n;
     }
-    // A pivot that needs a row swap at every step.
-    const Matrix4x4 perm(0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 1, 0, 0, 0);
-    EXPECT_EQ(perm.getInverse(), perm.getTranspose());
+    // Every row order the pivoting can meet: scaled permutation matrices, whose inverses are
+    // exact (powers of two) and reach every row exchange at every step.
+    int order[4] = {0, 1, 2, 3};
+    const double factor[4] = {2, -0.5, 8, 0.25};
+    do {
+        double entries[16] = {}, expected[16] = {};
+        for (int c = 0; c < 4; ++c) {
+            entries[order[c] + 4 * c] = factor[c];
+            expected[c + 4 * order[c]] = 1 / factor[c];
+        }
+        const Matrix4x4 m(entries);
+        EXPECT_EQ(m.getInverse(), Matrix4x4(expected))
+            << order[0] << order[1] << order[2] << order[3];
+    } while (std::next_permutation(order, order + 4));
 }
 
 TEST(Matrix4x4, SingularMatricesRaise) {
