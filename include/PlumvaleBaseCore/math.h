@@ -6,5 +6,7 @@
 #include <PlumvaleBaseCore/math/Matrix2x3.h>
 #include <PlumvaleBaseCore/math/Matrix4x4.h>
 #include <PlumvaleBaseCore/math/Quat.h>
+#include <PlumvaleBaseCore/math/Segment3d.h>
+#include <PlumvaleBaseCore/math/TexturedPoint.h>
 #include <PlumvaleBaseCore/math/Vector2d.h>
 #include <PlumvaleBaseCore/math/Vector3d.h>

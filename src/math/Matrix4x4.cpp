@@ -1,6 +1,8 @@
 // Matrix4x4 construction, products, point transforms, queries and printing.
 #include <PlumvaleBaseCore/math/Matrix4x4.h>
 #include <PlumvaleBaseCore/math/Quat.h>
+#include <PlumvaleBaseCore/math/Segment3d.h>
+#include <PlumvaleBaseCore/math/TexturedPoint.h>
 
 #include <algorithm>
 #include <cmath>
@@ -116,6 +118,14 @@ Box3d Matrix4x4::operator*(const Box3d& b) const {
     for (const Point3d& corner : corners)
         result.add(*this * corner);
     return result;
+}
+
+Segment3d Matrix4x4::operator*(const Segment3d& s) const {
+    return {*this * s.getFromPoint(), *this * s.getToPoint()};
+}
+
+TexturedPoint4d Matrix4x4::operator*(const TexturedPoint4d& p) const {
+    return {*this * p.point, p.texture};
 }
 
 void Matrix4x4::multiplyPoint(const double in[3], double out[3]) const {

@@ -36,5 +36,8 @@ class Matrix2x2;
 class Matrix2x3;
 class Matrix4x4;
 class Quat;
+class Segment3d;
+class TexturedPoint2d;
+class TexturedPoint4d;
 
 } // namespace Math

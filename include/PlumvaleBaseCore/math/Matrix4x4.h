@@ -109,6 +109,10 @@ public:
     Point4d operator*(const Point4d& p) const;
     /// The box of the eight transformed corners; empty stays empty.
     Box3d operator*(const Box3d& b) const;
+    /// Both ends as by the Point3d product (divided by w).
+    Segment3d operator*(const Segment3d& s) const;
+    /// The position as by the Point4d product (undivided); texture coordinates unchanged.
+    TexturedPoint4d operator*(const TexturedPoint4d& p) const;
     /// The undivided product of (x, y, z, 1), and of (x, y, z, 0) for a vector.
     Point4d homogeneousTransform(const Point3d& p) const { return *this * Point4d(p); }
     Point4d homogeneousTransform(const Vector3d& v) const { return *this * Point4d(v); }

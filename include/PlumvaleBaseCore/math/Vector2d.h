@@ -242,6 +242,20 @@ public:
         return {s * a.x + t * b.x + r * c.x, s * a.y + t * b.y + r * c.y};
     }
 
+    /// Where segment ab meets segment cd, all four ends closed. On true `meeting` is the
+    /// meeting point; for collinear segments that overlap it is the end of the overlap nearest
+    /// a. Degenerate segments (a = b or c = d) never meet. The tests are exact: no tolerance.
+    static bool GetClosedIntersection(const Point2d& a, const Point2d& b, const Point2d& c,
+                                      const Point2d& d, Point2d& meeting);
+    /// As GetClosedIntersection, but false for parallel and collinear segments.
+    static bool GetNonColinearClosedIntersection(const Point2d& a, const Point2d& b,
+                                                 const Point2d& c, const Point2d& d,
+                                                 Point2d& meeting);
+    /// As GetNonColinearClosedIntersection with all four ends open: touching an end of either
+    /// segment is not meeting it.
+    static bool GetNonColinearOpenIntersection(const Point2d& a, const Point2d& b, const Point2d& c,
+                                               const Point2d& d, Point2d& meeting);
+
     struct PointLessXY {
         bool operator()(const Point2d& a, const Point2d& b) const { return a < b; }
     };

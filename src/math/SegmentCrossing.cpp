@@ -1,0 +1,133 @@
+// Exact segment meeting tests and the Point2d statics built on them.
+#include "SegmentCrossing.h"
+
+#include <algorithm>
+
+namespace Math::detail {
+
+namespace {
+
+double cross(const Vector2d& a, const Vector2d& b) {
+    return a.GetDeterminant(b);
+}
+
+// n against the range [0, det] (det > 0) whose ends have the given boundaries: 1 when n is
+// strictly inside, 0 when it sits on a closed end (`touched` is set), -1 when it is outside
+// or on an open end. NaN is outside.
+int place(double n, double det, bool fromClosed, bool toClosed, bool& touched) {
+    if (n > 0 && n < det) return 1;
+    if ((n == 0 && fromClosed) || (n == det && toClosed)) {
+        touched = true;
+        return 0;
+    }
+    return -1;
+}
+
+// Whether q lies in [lo, hi] where each end belongs to the range only when closed.
+bool within(double q, double lo, bool loClosed, double hi, bool hiClosed) {
+    return (q > lo && q < hi) || (q == lo && loClosed) || (q == hi && hiClosed);
+}
+
+} // namespace
+
+bool crossNonColinear(const SegmentEnds& first, const SegmentEnds& second, Crossing& out) {
+    out = Crossing();
+    const Vector2d d1 = first.to - first.from;
+    const Vector2d d2 = second.to - second.from;
+    const Vector2d w = first.from - second.from;
+    double det = cross(d1, d2);
+    if (det == 0) return false;
+    double nt = cross(d2, w);
+    double nu = cross(d1, w);
+    const bool reversed = det < 0;
+    if (reversed) {
+        det = -det;
+        nt = -nt;
+        nu = -nu;
+    }
+    const int onFirst = place(nt, det, first.fromClosed, first.toClosed, out.firstTouched);
+    const int onSecond = place(nu, det, second.fromClosed, second.toClosed, out.secondTouched);
+    if (onFirst < 0 || onSecond < 0) {
+        out = Crossing();
+        return false;
+    }
+    // Of the four end tests, a strictly inside ratio passes both strictly and a touched end
+    // passes one.
+    const int strict = 2 + onFirst + onSecond;
+    out.type = strict == 2 ? 1 : strict == 3 ? 2 : 4;
+    if (reversed) out.type = -out.type;
+    out.t = nt == det ? 1 : nt / det;
+    out.u = nu == det ? 1 : nu / det;
+    out.point = first.from + d1 * out.t;
+    return true;
+}
+
+bool overlapColinear(const SegmentEnds& first, const SegmentEnds& second, Point2d& start) {
+    const Vector2d d1 = first.to - first.from;
+    const Vector2d d2 = second.to - second.from;
+    if ((d1.x == 0 && d1.y == 0) || (d2.x == 0 && d2.y == 0)) return false;
+    const Vector2d w = first.from - second.from;
+    if (cross(w, d1) != 0 || cross(w, d2) != 0) return false;
+    // Positions along the first segment, scaled by |d1|^2 so that nothing is divided.
+    const double length = d1 * d1;
+    const double pFrom = (second.from - first.from) * d1;
+    const double pTo = (second.to - first.from) * d1;
+    const bool ascending = pFrom <= pTo;
+    const double argLo = ascending ? pFrom : pTo;
+    const double argHi = ascending ? pTo : pFrom;
+    const bool argLoClosed = ascending ? second.fromClosed : second.toClosed;
+    const bool argHiClosed = ascending ? second.toClosed : second.fromClosed;
+    const double lo = std::max(0.0, argLo);
+    const double hi = std::min(length, argHi);
+    if (!(lo <= hi)) return false;
+    if (lo == hi) {
+        // A single shared point: it must belong to both segments.
+        if (!within(lo, 0, first.fromClosed, length, first.toClosed) ||
+            !within(lo, argLo, argLoClosed, argHi, argHiClosed))
+            return false;
+    }
+    if (lo == 0)
+        start = first.from;
+    else
+        start = ascending ? second.from : second.to;
+    return true;
+}
+
+} // namespace Math::detail
+
+namespace Math {
+
+namespace {
+
+bool meetNonColinear(const Point2d& a, const Point2d& b, const Point2d& c, const Point2d& d,
+                     bool closed, Point2d& meeting) {
+    detail::Crossing crossing;
+    if (!detail::crossNonColinear({a, b, closed, closed}, {c, d, closed, closed}, crossing))
+        return false;
+    meeting = crossing.point;
+    return true;
+}
+
+} // namespace
+
+bool Point2d::GetClosedIntersection(const Point2d& a, const Point2d& b, const Point2d& c,
+                                    const Point2d& d, Point2d& meeting) {
+    if (meetNonColinear(a, b, c, d, true, meeting)) return true;
+    const detail::SegmentEnds first{a, b, true, true};
+    const detail::SegmentEnds second{c, d, true, true};
+    // Only parallel pairs reach the overlap test: a crossing pair that missed stays missed.
+    if ((b - a).GetDeterminant(d - c) != 0) return false;
+    return detail::overlapColinear(first, second, meeting);
+}
+
+bool Point2d::GetNonColinearClosedIntersection(const Point2d& a, const Point2d& b, const Point2d& c,
+                                               const Point2d& d, Point2d& meeting) {
+    return meetNonColinear(a, b, c, d, true, meeting);
+}
+
+bool Point2d::GetNonColinearOpenIntersection(const Point2d& a, const Point2d& b, const Point2d& c,
+                                             const Point2d& d, Point2d& meeting) {
+    return meetNonColinear(a, b, c, d, false, meeting);
+}
+
+} // namespace Math
