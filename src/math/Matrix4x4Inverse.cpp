@@ -30,14 +30,7 @@ struct Factors {
     double invPivot[4];
 };
 
-template <int J>
-double lane(const Lanes& r) {
-    if constexpr (J < 2)
-        return r.lo[J];
-    else
-        return r.hi[J - 2];
-}
-
+// Lane j of a row; j is a constant wherever it is called once the loops are unrolled.
 double lane(const Lanes& r, int j) {
     return j < 2 ? r.lo[j] : r.hi[j - 2];
 }
@@ -90,7 +83,7 @@ template <int J>
     int pivot = J;
 #pragma GCC unroll 4
     for (int i = J; i < 4; ++i) {
-        const double weighted = f.scale[i] * std::fabs(lane<J>(f.row[i]));
+        const double weighted = f.scale[i] * std::fabs(lane(f.row[i], J));
         // A later row wins a tie.
         if (weighted >= big) {
             big = weighted;
@@ -100,7 +93,7 @@ template <int J>
     // Transforms, the usual input, keep their pivots on the diagonal, so this branch is
     // almost always predicted.
     if (pivot != J) exchange<J, J + 1>(f, pivot);
-    const double p = lane<J>(f.row[J]);
+    const double p = lane(f.row[J], J);
     if (std::fabs(p) < kTinyPivot) return false;
     f.invPivot[J] = 1.0 / p;
     // The multipliers go to L; the rows below subtract the whole pivot row, whose lanes left
@@ -109,7 +102,7 @@ template <int J>
     const Lanes upper = f.row[J];
 #pragma GCC unroll 4
     for (int i = J + 1; i < 4; ++i) {
-        const double l = lane<J>(f.row[i]) * f.invPivot[J];
+        const double l = lane(f.row[i], J) * f.invPivot[J];
         f.lower[i][J] = l;
         const Pair ls = {l, l};
         if constexpr (J == 0) f.row[i].lo -= ls * upper.lo; // lanes 0 and 1 are scratch later
