@@ -11,6 +11,8 @@ namespace plumvale::text {
 std::size_t decodeUtf8Avx2(const unsigned char* s, std::size_t n, unsigned short* out);
 std::size_t encodeUtf8SpanAvx2(const unsigned short* s, std::size_t n, std::size_t& i,
                                unsigned char* out, std::size_t room);
+std::size_t encodeUtf8SpanAvx512(const unsigned short* s, std::size_t n, std::size_t& i,
+                                 unsigned char* out, std::size_t room);
 #endif
 
 namespace {
@@ -28,8 +30,21 @@ bool hasAvx2() {
 #endif
 }
 
+bool hasAvx512Compress() {
+#if defined(PLUMVALE_HAVE_AVX2_KERNELS)
+    static const bool has =
+        __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
+        __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("avx512cd") &&
+        __builtin_cpu_supports("avx512vbmi") && __builtin_cpu_supports("avx512vbmi2");
+    return has;
+#else
+    return false;
+#endif
+}
+
 SpanEncoder spanEncoder() {
 #if defined(PLUMVALE_HAVE_AVX2_KERNELS)
+    if (hasAvx512Compress()) return &encodeUtf8SpanAvx512;
     if (hasAvx2()) return &encodeUtf8SpanAvx2;
 #endif
     return &encodeSpan;

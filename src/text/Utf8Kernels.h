@@ -61,7 +61,9 @@ inline const unsigned char* decodeOne(const unsigned char* p, unsigned short*& o
     return p + extra + 1;
 }
 
-std::size_t decodeUtf8(const unsigned char* s, std::size_t n, unsigned short* out) {
+/// The AVX-512 build does not use it: decoding gains nothing from byte compression.
+[[maybe_unused]] std::size_t decodeUtf8(const unsigned char* s, std::size_t n,
+                                        unsigned short* out) {
     const unsigned char* p = s;
     const unsigned char* const end = s + n;
     unsigned short* o = out;
@@ -191,8 +193,120 @@ constexpr Compaction<8> kTwoByteCompaction{};
 constexpr Compaction<4> kHalfCompaction{};
 #endif
 
+#if defined(__AVX2__)
+/// Copies ASCII units 32 at a time while whole blocks of them remain and o < limit.
+inline void encodeAsciiRun(const unsigned short* s, std::size_t& i, std::size_t n,
+                           unsigned char*& o, const unsigned char* limit) {
+    const __m256i notAscii = _mm256_set1_epi16(static_cast<short>(0xFF80));
+    while (n - i >= 32 && o < limit) {
+        const __m256i x = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(s + i));
+        const __m256i y = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(s + i + 16));
+        if (!_mm256_testz_si256(_mm256_or_si256(x, y), notAscii)) return;
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(o),
+                            _mm256_permute4x64_epi64(_mm256_packus_epi16(x, y), 0xD8));
+        i += 32;
+        o += 32;
+    }
+}
+#endif
+
+#if defined(__AVX512VBMI2__) && defined(__AVX512VBMI__) && defined(__AVX512BW__) &&                \
+    defined(__AVX512VL__) && defined(__AVX512CD__)
+#define PLUMVALE_UTF8_AVX512_ENCODE 1
+static_assert(kEncodeMaxStep >= 64, "encodeBlock16 always stores 64 bytes");
+
+/// Byte tables indexed by a code point's count of leading zero bits (11 to 32 occur). Entry
+/// 0 stays 0: a lane's upper index bytes are zero and must look up nothing.
+struct FormTables {
+    alignas(64) unsigned char shift[64] = {}; ///< 8 bits for each byte the form has below four
+    alignas(64) unsigned char lead[64] = {};  ///< added to 0x80 | top group, gives the lead byte
+    constexpr FormTables() {
+        for (unsigned zeros = 11; zeros <= 32; ++zeros) {
+            const unsigned length = zeros >= 25 ? 1 : zeros >= 21 ? 2 : zeros >= 16 ? 3 : 4;
+            shift[zeros] = static_cast<unsigned char>(8 * (4 - length));
+            lead[zeros] = static_cast<unsigned char>(0x80 - (0x80 >> (length - 1)));
+        }
+    }
+};
+constexpr FormTables kFormTables{};
+
+/// Encodes min(16, n - i) units from s[i] with one 64-byte store at o, moves both, and
+/// returns the bytes written. A high surrogate in the last lane takes its low half from
+/// beyond the block; `pending` says that s[i] is such a low half, already written, and is
+/// set for the next block. The step never depends on the data, so blocks do not wait on
+/// each other. Units past n are never read (masked loads), so this also finishes a text.
+inline unsigned encodeBlock16(const unsigned short* s, std::size_t& i, std::size_t n,
+                              unsigned char*& o, __mmask16& pending) {
+    const std::size_t left = n - i;
+    const __mmask16 here = left >= 16 ? 0xFFFF : static_cast<__mmask16>((1u << left) - 1);
+    const __mmask16 ahead = static_cast<__mmask16>(here >> 1 | (left >= 17 ? 0x8000 : 0));
+    const __m256i units = _mm256_maskz_loadu_epi16(here, s + i);
+    const __m256i next = _mm256_maskz_loadu_epi16(ahead, s + i + 1);
+    const __m256i tagBits = _mm256_set1_epi16(static_cast<short>(0xFC00));
+    const __mmask16 pair = _mm256_cmpeq_epi16_mask(_mm256_and_si256(units, tagBits),
+                                                   _mm256_set1_epi16(static_cast<short>(0xD800))) &
+                           _mm256_cmpeq_epi16_mask(_mm256_and_si256(next, tagBits),
+                                                   _mm256_set1_epi16(static_cast<short>(0xDC00)));
+    // A pair's low half writes nothing, and neither do lanes past the end.
+    const __mmask16 silent =
+        _kor_mask16(_knot_mask16(here), _kor_mask16(_kshiftli_mask16(pair, 1), pending));
+    pending = _kshiftri_mask16(pair, 15);
+
+    // One code point per 32-bit lane: hi * 1024 + lo less the offset of the pair ranges.
+    const __m512i unit = _mm512_cvtepu16_epi32(units);
+    const __m512i code = _mm512_mask_sub_epi32(
+        unit, pair, _mm512_add_epi32(_mm512_slli_epi32(unit, 10), _mm512_cvtepu16_epi32(next)),
+        _mm512_set1_epi32(0x35FDC00));
+    const __m512i zeros = _mm512_lzcnt_epi32(code);
+    __m512i shift = _mm512_permutexvar_epi8(
+        zeros, _mm512_load_si512(reinterpret_cast<const void*>(kFormTables.shift)));
+    const __m512i lead = _mm512_permutexvar_epi8(
+        zeros, _mm512_load_si512(reinterpret_cast<const void*>(kFormTables.lead)));
+    // The four 6-bit groups, top group first, each marked 0x80: a four-byte form once its
+    // lead is added, and shorter forms are the same shifted down by their missing bytes.
+    const __m512i marked = _mm512_or_si512(
+        _mm512_and_si512(_mm512_multishift_epi64_epi8(_mm512_set1_epi64(0x20262C3200060C12), code),
+                         _mm512_set1_epi32(0x3F3F3F3F)),
+        _mm512_set1_epi32(static_cast<int>(0x80808080)));
+    // A code point below 0x80 is its own form (the marked one lost its bit 6).
+    const __m512i forms =
+        _mm512_mask_mov_epi32(_mm512_add_epi32(_mm512_srlv_epi32(marked, shift), lead),
+                              _mm512_cmplt_epu32_mask(code, _mm512_set1_epi32(0x80)), code);
+    // A shift of 32 empties a lane's byte mask.
+    shift = _mm512_mask_mov_epi32(shift, silent, _mm512_set1_epi32(32));
+    const __mmask64 used = _mm512_movepi8_mask(_mm512_srlv_epi32(_mm512_set1_epi32(-1), shift));
+    _mm512_storeu_si512(o, _mm512_maskz_compress_epi8(used, forms));
+    const auto written = static_cast<unsigned>(_mm_popcnt_u64(used));
+    o += written;
+    i += left >= 16 ? 16 : left;
+    return written;
+}
+#endif
+
 /// Encodes from s[position] while units remain and fewer than `room` bytes were written;
 /// returns the bytes written and moves `position`. `out` must hold room + kEncodeMaxStep.
+#if defined(PLUMVALE_UTF8_AVX512_ENCODE)
+std::size_t encodeSpan(const unsigned short* s, std::size_t n, std::size_t& position,
+                       unsigned char* out, std::size_t room) {
+    const unsigned char* const limit = out + room;
+    std::size_t i = position; // local: stores through `o` may alias `position`
+    unsigned char* o = out;
+    // The previous call may have ended on a pair whose low half is s[i].
+    __mmask16 pending = i > 0 && i < n && isHighSurrogate(s[i - 1]) && isLowSurrogate(s[i]);
+    bool ascii = true; // the last block was ASCII: worth trying a run again
+    while (i < n && o < limit) {
+        // A run never starts while `pending` is set: s[i] is then a low surrogate.
+        if (ascii) {
+            encodeAsciiRun(s, i, n, o, limit);
+            if (i == n || o >= limit) break;
+        }
+        // Sixteen bytes from sixteen units: ASCII, or near enough to try a run.
+        ascii = encodeBlock16(s, i, n, o, pending) == 16;
+    }
+    position = i;
+    return std::size_t(o - out);
+}
+#else
 std::size_t encodeSpan(const unsigned short* s, std::size_t n, std::size_t& position,
                        unsigned char* out, std::size_t room) {
     const unsigned char* const limit = out + room;
@@ -241,17 +355,7 @@ std::size_t encodeSpan(const unsigned short* s, std::size_t n, std::size_t& posi
             if ((asciiA & asciiB) == 0xFFFF) {
 #if defined(__AVX2__)
                 // A run of ASCII: 32 units a step while it lasts, then 16.
-                const __m256i notAscii32 = _mm256_set1_epi16(static_cast<short>(0xFF80));
-                while (n - i >= 32 && o < limit) {
-                    const __m256i x = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(s + i));
-                    const __m256i y =
-                        _mm256_loadu_si256(reinterpret_cast<const __m256i*>(s + i + 16));
-                    if (!_mm256_testz_si256(_mm256_or_si256(x, y), notAscii32)) break;
-                    _mm256_storeu_si256(reinterpret_cast<__m256i*>(o),
-                                        _mm256_permute4x64_epi64(_mm256_packus_epi16(x, y), 0xD8));
-                    i += 32;
-                    o += 32;
-                }
+                encodeAsciiRun(s, i, n, o, limit);
                 if (n - i < 16 || o >= limit) continue;
                 a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + i));
                 b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + i + 8));
@@ -405,5 +509,6 @@ std::size_t encodeSpan(const unsigned short* s, std::size_t n, std::size_t& posi
     position = i;
     return std::size_t(o - out);
 }
+#endif
 
 } // namespace
