@@ -22,9 +22,9 @@ PAIRS = [
 
 def medians(binary):
     out = subprocess.run(
-        [str(BUILD / binary), "--benchmark_format=json", "--benchmark_repetitions=5",
+        [str(BUILD / binary), "--benchmark_format=json", "--benchmark_repetitions=9",
          "--benchmark_report_aggregates_only=true", "--benchmark_min_time=0.2",
-         "--benchmark_min_warmup_time=0.1"],
+         "--benchmark_min_warmup_time=0.1", "--benchmark_enable_random_interleaving=true"],
         check=True, capture_output=True, text=True).stdout
     result = {}
     for b in json.loads(out)["benchmarks"]:
