@@ -61,7 +61,7 @@ inline const unsigned char* decodeOne(const unsigned char* p, unsigned short*& o
     return p + extra + 1;
 }
 
-/// The AVX-512 build does not use it: decoding gains nothing from byte compression.
+/// Not used by the AVX-512 build, which only encodes: decoding stays with the AVX2 build.
 [[maybe_unused]] std::size_t decodeUtf8(const unsigned char* s, std::size_t n,
                                         unsigned short* out) {
     const unsigned char* p = s;
