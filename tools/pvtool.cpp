@@ -77,7 +77,7 @@ int runCrc64(int argc, char** argv) {
         if (!in) {
             fail(MSG_Text("pvtool", "Cannot read %1: %2")
                      .arg(QString::fromLocal8Bit(argv[i]),
-                          QString::fromLocal8Bit(std::strerror(errno))),
+                          QString::fromLocal8Bit(oswSystemErrorText(errno).c_str())),
                  kExitFailure);
             continue;
         }
@@ -88,7 +88,7 @@ int runCrc64(int argc, char** argv) {
         if (!ok) {
             fail(MSG_Text("pvtool", "Cannot read %1: %2")
                      .arg(QString::fromLocal8Bit(argv[i]),
-                          QString::fromLocal8Bit(std::strerror(readError))),
+                          QString::fromLocal8Bit(oswSystemErrorText(readError).c_str())),
                  kExitFailure);
             continue;
         }

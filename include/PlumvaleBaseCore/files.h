@@ -2,6 +2,7 @@
 #pragma once
 
 #include <PlumvaleBaseCore/files/OSW_FileInfo.h>
+#include <PlumvaleBaseCore/files/OSW_SystemError.h>
 #include <PlumvaleBaseCore/files/PL_FileSpec.h>
 #include <PlumvaleBaseCore/files/UT_Path.h>
 #include <PlumvaleBaseCore/files/UT_RelPath.h>

@@ -1,6 +1,8 @@
 // OSW_FileInfo: display paths and the targets of shortcuts (Windows shell links and symlinks).
 #include <PlumvaleBaseCore/files/OSW_FileInfo.h>
 
+#include "files/PathText.h"
+
 #include <QFile>
 
 #include <cstdint>
@@ -127,7 +129,7 @@ QString OSW_FileInfo::displayPath(bool withName) const {
 }
 
 QString OSW_FileInfo::readLink() const {
-    if (filePath().endsWith(QLatin1String(".lnk"))) {
+    if (plumvale::files::hasLinkSuffix(filePath())) {
         QFile file(filePath());
         if (!file.open(QIODevice::ReadOnly)) return QString();
         // Shell links are small; a cap keeps a huge misnamed file from being read whole.

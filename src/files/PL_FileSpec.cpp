@@ -2,6 +2,8 @@
 #include <PlumvaleBaseCore/files/PL_FileSpec.h>
 #include <PlumvaleBaseCore/files/UT_RelPath.h>
 
+#include "files/PathText.h"
+
 #include <vector>
 
 namespace {
@@ -17,21 +19,7 @@ size_type nameStart(const UT_String& path, size_type& nameEnd) {
     return slash == UT_String::npos ? 0 : slash + 1;
 }
 
-// Length of the root: "/" for an absolute path, "//server/share", "C:/" or "C:"; 0 for a
-// relative path.
-size_type rootLength(const UT_String& p) {
-    if (p.size() >= 2 && p[0] == kSlash && p[1] == kSlash) {
-        size_type i = p.find(kSlash, 2);
-        if (i == UT_String::npos) return p.size();
-        i = p.find(kSlash, i + 1);
-        return i == UT_String::npos ? p.size() : i;
-    }
-    if (!p.empty() && p[0] == kSlash) return 1;
-    if (p.size() >= 2 && p[1] == u':' &&
-        ((p[0] >= u'a' && p[0] <= u'z') || (p[0] >= u'A' && p[0] <= u'Z')))
-        return p.size() >= 3 && p[2] == kSlash ? 3 : 2;
-    return 0;
-}
+using plumvale::files::rootLength;
 
 std::vector<UT_String> components(const UT_String& p, size_type from) {
     std::vector<UT_String> parts;
@@ -230,11 +218,7 @@ int PL_FileSpec::GetSavableID(SavableID& id, const PL_FileSpec* base) const {
 }
 
 bool PL_FileSpec::IsShare() const {
-    const UT_String& p = m_path;
-    if (p.size() < 4 || p[0] != kSlash || p[1] != kSlash || p[2] == kSlash) return false;
-    const size_type slash = p.find(kSlash, 2);
-    if (slash == UT_String::npos || slash + 1 >= p.size()) return false;
-    return p.find(kSlash, slash + 1) == UT_String::npos;
+    return plumvale::files::isShareRoot(m_path);
 }
 
 bool PL_FileSpec::GetFileTime(long long& time) const {
@@ -263,6 +247,32 @@ void PL_FileSpec::ConvertFileTimeToTimeT(const FILETIME* time, long long& out) {
     const std::uint64_t ticks =
         (static_cast<std::uint64_t>(time->dwHighDateTime) << 32) | time->dwLowDateTime;
     out = static_cast<long long>(ticks - kUnixEpoch) / 10000000;
+}
+
+int PL_FileSpec::Rename(const UT_String& newName) const {
+    PL_FileSpec target;
+    if (newName.find(u'/') != UT_String::npos) {
+        target.IFileSpec(newName);
+    } else {
+        target = *this;
+        target.Up();
+        target.Add(newName);
+    }
+    return Move(target);
+}
+
+std::filebuf* PL_FileSpec::getFileBuf(const char* mode, bool& ok) const {
+    ok = false;
+    auto* buf = new std::filebuf;
+    const std::string m = mode ? mode : "";
+    std::ios_base::openmode flags = std::ios_base::openmode();
+    if (m.find('r') != std::string::npos) flags |= std::ios_base::in;
+    if (m.find('w') != std::string::npos) flags |= std::ios_base::out | std::ios_base::trunc;
+    if (m.find('a') != std::string::npos) flags |= std::ios_base::out | std::ios_base::app;
+    if (m.find('+') != std::string::npos) flags |= std::ios_base::in | std::ios_base::out;
+    if (m.find('b') != std::string::npos) flags |= std::ios_base::binary;
+    ok = buf->open(m_path.utf8(), flags) != nullptr;
+    return buf;
 }
 
 PL_FileSpec::iterator PL_FileSpec::begin() const {

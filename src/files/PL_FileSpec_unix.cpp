@@ -1,8 +1,10 @@
-// PL_FileSpec on Linux: status, listing, temporary and special folders, file operations.
+// PL_FileSpec on Linux: status, listing, folder creation and the file operations.
 #include <PlumvaleBaseCore/files/OSW_FileInfo.h>
 #include <PlumvaleBaseCore/files/PL_FileSpec.h>
 
-#include <QStandardPaths>
+#include "files/FileSystem.h"
+#include "files/PathText.h"
+#include "platform/Unix.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -10,23 +12,12 @@
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <sys/sendfile.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace plumvale::platform;
+
 namespace {
-
-template <typename Call>
-auto retryOnEintr(Call call) {
-    for (;;) {
-        const auto r = call();
-        if (r >= 0 || errno != EINTR) return r;
-    }
-}
-
-int negatedErrno() {
-    return errno > 0 ? -errno : -1;
-}
 
 // Rights of this process's user on a file, from its status: the owner, group or other bits
 // that apply, or everything for root.
@@ -49,15 +40,9 @@ std::uint32_t typeBits(mode_t mode) {
     return 0;
 }
 
-bool endsWithLnk(const UT_String& path) {
-    const std::size_t n = path.size();
-    return n >= 4 && path[n - 4] == u'.' && path[n - 3] == u'l' && path[n - 2] == u'n' &&
-           path[n - 1] == u'k';
-}
-
 // A ".lnk" file counts as a shortcut, and as a folder when its target is one.
 std::uint32_t shortcutBits(const UT_String& path, std::uint32_t mode) {
-    if (!endsWithLnk(path)) return mode;
+    if (!plumvale::files::hasLinkSuffix(path)) return mode;
     mode |= PL_FileInfo::kShortcut;
     const QString target = OSW_FileInfo(path.ToQString()).readLink();
     struct stat st;
@@ -85,26 +70,21 @@ PL_FileInfo statAt(int dirFd, const char* name, const UT_String& path) {
     return PL_FileInfo(st.st_mtime, static_cast<unsigned>(st.st_size), mode);
 }
 
-QString userTempRoot();
-
 } // namespace
 
 // An open folder being listed; entries keep it alive until their status is complete.
 struct PL_DirStream {
-    int fd = -1;
+    UniqueFd fd;
     UT_String folder; // with a trailing '/'
     std::vector<char> buffer = std::vector<char>(64 * 1024);
     long used = 0;
     long offset = 0;
 
-    ~PL_DirStream() {
-        if (fd >= 0) ::close(fd);
-    }
-
     // The next raw entry, or null at the end (or on an error).
     const struct dirent64* next() {
         if (offset >= used) {
-            used = retryOnEintr([&] { return ::getdents64(fd, buffer.data(), buffer.size()); });
+            used =
+                retryOnEintr([&] { return ::getdents64(fd.get(), buffer.data(), buffer.size()); });
             offset = 0;
             if (used <= 0) return nullptr;
         }
@@ -137,7 +117,7 @@ const PL_FileInfo& PL_FileSpec::GetFileInfo() const {
     if (m_lazyDir) {
         // A listed entry: its type is known, the rest is read relative to its folder.
         const std::string name = GetName(true).utf8();
-        const PL_FileInfo full = statAt(m_lazyDir->fd, name.c_str(), m_path);
+        const PL_FileInfo full = statAt(m_lazyDir->fd.get(), name.c_str(), m_path);
         const unsigned char hidden = m_info.GetHiddenState();
         m_info = full;
         m_info.SetHiddenState(hidden);
@@ -156,12 +136,10 @@ void PL_FileSpec::ResetInfo() const {
 
 PL_FileSpec_iterator::PL_FileSpec_iterator(const PL_FileSpec& folder) {
     if (!folder.IsValid()) return;
-    const int fd = retryOnEintr([&] {
-        return ::open(folder.GetFilePath().utf8().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    });
-    if (fd < 0) return;
+    UniqueFd fd = openFd(folder.GetFilePath().utf8().c_str(), O_RDONLY | O_DIRECTORY);
+    if (!fd) return;
     m_stream = std::make_shared<PL_DirStream>();
-    m_stream->fd = fd;
+    m_stream->fd = std::move(fd);
     m_stream->folder = folder.GetFilePath();
     if (m_stream->folder.back() != u'/') m_stream->folder += u'/';
     ++*this;
@@ -182,8 +160,8 @@ PL_FileSpec_iterator& PL_FileSpec_iterator::operator++() {
         m_current.m_info.Clear();
         // The type comes from the listing; links, unknown types and ".lnk" names need a
         // status call to tell a folder from a file.
-        if ((e->d_type != DT_DIR && e->d_type != DT_REG) || endsWithLnk(path)) {
-            m_current.m_info = statAt(m_stream->fd, name, path);
+        if ((e->d_type != DT_DIR && e->d_type != DT_REG) || plumvale::files::hasLinkSuffix(path)) {
+            m_current.m_info = statAt(m_stream->fd.get(), name, path);
             m_current.m_lazyDir.reset();
             return *this;
         }
@@ -197,10 +175,8 @@ PL_FileSpec_iterator& PL_FileSpec_iterator::operator++() {
     return *this;
 }
 
-namespace {
+namespace plumvale::files {
 
-// This user's own temporary folder: $TMPDIR, else /tmp/plumvale-<uid> (mode 0700), used only
-// when it is a real folder owned by this user. Empty when no safe folder exists.
 QString userTempRoot() {
     const QByteArray env = qgetenv("TMPDIR");
     if (!env.isEmpty()) return QString::fromLocal8Bit(env);
@@ -214,122 +190,16 @@ QString userTempRoot() {
     return QString::fromStdString(dir);
 }
 
-UT_String underTemp(const char* component) {
-    QString root = userTempRoot();
-    if (root.isEmpty()) return UT_String();
-    if (!root.endsWith(QLatin1Char('/'))) root += QLatin1Char('/');
-    return UT_String(root + QString::fromLatin1(component));
+int makeFolder(const UT_String& path) {
+    const std::string bytes = path.utf8();
+    if (::mkdir(bytes.c_str(), 0777) == 0) return 0;
+    const int error = errno;
+    struct stat st;
+    if (error != EEXIST) return -error;
+    return ::stat(bytes.c_str(), &st) == 0 && S_ISDIR(st.st_mode) ? 0 : -ENOTDIR;
 }
 
-// Deletes a folder and everything in it (links are removed, never followed).
-int removeTree(const UT_String& path) {
-    const PL_FileSpec tree(path);
-    for (PL_FileSpec_iterator it(tree), end; it != end; ++it) {
-        const bool folder = it->IsFolder() && !it->IsSymbolicLink();
-        const int r = folder ? removeTree(it->GetFilePath()) : it->Delete();
-        if (r != 0) return r;
-    }
-    return ::rmdir(path.utf8().c_str()) == 0 || errno == ENOENT ? 0 : negatedErrno();
-}
-
-UT_String standardLocation(QStandardPaths::StandardLocation location) {
-    return UT_String(QStandardPaths::writableLocation(location));
-}
-
-} // namespace
-
-int PL_FileSpec::IFileSpec(SpecialFolderType type) {
-    IFileSpec();
-    switch (type) {
-    case TempFile: {
-        static int s_status = 1; // 1 = not prepared yet
-        static UT_String s_folder;
-        static int s_counter = 0;
-        if (s_status == 1) {
-            s_folder = underTemp("PlumvaleStudioTempDir");
-            if (s_folder.empty()) {
-                s_status = -1;
-            } else {
-                removeTree(s_folder);
-                s_status = PL_FileSpec(s_folder).CreateFolder();
-            }
-        }
-        if (s_status != 0) return s_status;
-        PL_FileSpec candidate;
-        do {
-            candidate.IFileSpec(s_folder);
-            candidate.Add(UT_String(QStringLiteral("tmpfs_%1.tmp").arg(++s_counter)));
-        } while (candidate.TestAccess(false) == 0);
-        *this = candidate;
-        return 0;
-    }
-    case UserFolder:
-    case DocumentsFolder:
-    case PicturesFolder:
-    case MusicFolder:
-    case MoviesFolder:
-        IFileSpec(standardLocation(QStandardPaths::DocumentsLocation));
-        return IsValid() ? 0 : -1;
-    case AppDataFolder:
-        IFileSpec(standardLocation(QStandardPaths::GenericDataLocation));
-        return IsValid() ? 0 : -1;
-    case SessionTempFolder: {
-        static int s_status = 1;
-        static UT_String s_folder;
-        if (s_status == 1) {
-            s_folder = underTemp("PlumvaleSessionTempDir");
-            s_status = s_folder.empty() ? -1 : PL_FileSpec(s_folder).CreateFolder();
-        }
-        if (s_status != 0) return s_status;
-        IFileSpec(s_folder);
-        return 0;
-    }
-    }
-    return -1;
-}
-
-UT_String PL_FileSpec::WindowsPublicDocumentPath() {
-#if QT_VERSION >= QT_VERSION_CHECK(6, 4, 0)
-    return standardLocation(QStandardPaths::PublicShareLocation);
-#else
-    return UT_String();
-#endif
-}
-
-int PL_FileSpec::CreateFolder() const {
-    UT_String root;
-    UT_String::size_type start = 0;
-    if (m_path.size() >= 2 && m_path[0] == u'/' && m_path[1] == u'/') {
-        // "//server/share" is kept as the root, a text rule.
-        UT_String::size_type slash = m_path.find(u'/', 2);
-        slash = slash == UT_String::npos ? UT_String::npos : m_path.find(u'/', slash + 1);
-        start = slash == UT_String::npos ? m_path.size() : slash;
-    } else if (!m_path.empty() && m_path[0] == u'/') {
-        start = 1;
-    } else {
-        return -1;
-    }
-    root = m_path.substr(0, start);
-    UT_String current = root;
-    while (start < m_path.size()) {
-        UT_String::size_type end = m_path.find(u'/', start);
-        if (end == UT_String::npos) end = m_path.size();
-        if (end > start) {
-            if (!current.empty() && current.back() != u'/') current += u'/';
-            current += m_path.substr(start, end - start);
-            const std::string bytes = current.utf8();
-            if (::mkdir(bytes.c_str(), 0777) != 0) {
-                const int error = errno;
-                struct stat st;
-                if (error != EEXIST || ::stat(bytes.c_str(), &st) != 0 || !S_ISDIR(st.st_mode))
-                    return error == EEXIST ? -ENOTDIR : -error;
-            }
-        }
-        start = end + 1;
-    }
-    ResetInfo();
-    return 0;
-}
+} // namespace plumvale::files
 
 int PL_FileSpec::Delete() const {
     const std::string path = m_path.utf8();
@@ -344,81 +214,50 @@ int PL_FileSpec::Delete() const {
     return -error;
 }
 
-int PL_FileSpec::Rename(const UT_String& newName) const {
-    PL_FileSpec target;
-    if (newName.find(u'/') != UT_String::npos) {
-        target.IFileSpec(newName);
-    } else {
-        target = *this;
-        target.Up();
-        target.Add(newName);
-    }
-    return Move(target);
-}
-
 int PL_FileSpec::Move(const PL_FileSpec& to) const {
     ResetInfo();
     to.ResetInfo();
     return ::rename(m_path.utf8().c_str(), to.m_path.utf8().c_str()) == 0 ? 0 : negatedErrno();
 }
 
-int PL_FileSpec::Copy(const PL_FileSpec& to, bool overwrite) const {
-    const int in =
-        retryOnEintr([&] { return ::open(m_path.utf8().c_str(), O_RDONLY | O_CLOEXEC); });
-    if (in < 0) return negatedErrno();
-    struct stat st;
-    if (::fstat(in, &st) != 0 || S_ISDIR(st.st_mode)) {
-        const int error = S_ISDIR(st.st_mode) ? -EISDIR : negatedErrno();
-        ::close(in);
-        return error;
-    }
-    const std::string target = to.m_path.utf8();
-    const int flags = O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | (overwrite ? 0 : O_EXCL);
-    const int out = retryOnEintr([&] { return ::open(target.c_str(), flags, st.st_mode & 07777); });
-    if (out < 0) {
-        const int error = negatedErrno();
-        ::close(in);
-        return error;
-    }
-    int result = 0;
-    bool kernelCopy = true;
-    std::vector<char> buffer;
+namespace {
+
+// Copies the rest of `in` to `out`: in the kernel where the file systems allow it, else
+// through a buffer. 0 or the negated errno.
+int copyContents(int in, int out) {
     for (;;) {
-        ssize_t n = -1;
-        if (kernelCopy) {
-            n = ::copy_file_range(in, nullptr, out, nullptr, 1 << 30, 0);
-            if (n < 0 &&
-                (errno == EXDEV || errno == ENOSYS || errno == EINVAL || errno == EOPNOTSUPP)) {
-                kernelCopy = false;
-                continue;
-            }
-            if (n < 0 && errno == EINTR) continue;
-        } else {
-            buffer.resize(1 << 16);
-            n = retryOnEintr([&] { return ::read(in, buffer.data(), buffer.size()); });
-            for (ssize_t done = 0; n > 0 && done < n;) {
-                const ssize_t w = retryOnEintr([&] {
-                    return ::write(out, buffer.data() + done, static_cast<size_t>(n - done));
-                });
-                if (w < 0) {
-                    n = -1;
-                    break;
-                }
-                done += w;
-            }
-        }
-        if (n < 0) {
-            result = negatedErrno();
-            break;
-        }
-        if (n == 0) break;
+        const ssize_t n =
+            retryOnEintr([&] { return ::copy_file_range(in, nullptr, out, nullptr, 1 << 30, 0); });
+        if (n == 0) return 0;
+        if (n > 0) continue;
+        if (errno == EXDEV || errno == ENOSYS || errno == EINVAL || errno == EOPNOTSUPP) break;
+        return negatedErrno();
     }
+    std::vector<char> buffer(1 << 16);
+    for (;;) {
+        const ssize_t n = readSome(in, buffer.data(), buffer.size());
+        if (n <= 0) return static_cast<int>(n);
+        if (const int r = writeAll(out, buffer.data(), static_cast<std::size_t>(n))) return r;
+    }
+}
+
+} // namespace
+
+int PL_FileSpec::Copy(const PL_FileSpec& to, bool overwrite) const {
+    const UniqueFd in = openFd(m_path.utf8().c_str(), O_RDONLY);
+    if (!in) return negatedErrno();
+    struct stat st;
+    if (::fstat(in.get(), &st) != 0) return negatedErrno();
+    if (S_ISDIR(st.st_mode)) return -EISDIR;
+    const int flags = O_WRONLY | O_CREAT | O_TRUNC | (overwrite ? 0 : O_EXCL);
+    UniqueFd out = openFd(to.m_path.utf8().c_str(), flags, st.st_mode & 07777);
+    if (!out) return negatedErrno();
+    int result = copyContents(in.get(), out.get());
     // The target's permissions follow the source's, whatever the umask did at creation.
-    if (result == 0 && ::fchmod(out, st.st_mode & 07777) != 0) result = negatedErrno();
-    if (::close(out) != 0 && result == 0) result = negatedErrno();
-    ::close(in);
+    if (result == 0 && ::fchmod(out.get(), st.st_mode & 07777) != 0) result = negatedErrno();
+    const int closed = out.close();
     to.ResetInfo();
-    return result;
+    return result != 0 ? result : closed;
 }
 
 int PL_FileSpec::Exchange(const PL_FileSpec& other) const {
@@ -434,18 +273,4 @@ std::FILE* PL_FileSpec::get_fs(const char* mode) const {
     if (!mode) return nullptr;
     const std::string m = std::string(mode) + "e";
     return std::fopen(m_path.utf8().c_str(), m.c_str());
-}
-
-std::filebuf* PL_FileSpec::getFileBuf(const char* mode, bool& ok) const {
-    ok = false;
-    auto* buf = new std::filebuf;
-    const std::string m = mode ? mode : "";
-    std::ios_base::openmode flags = std::ios_base::openmode();
-    if (m.find('r') != std::string::npos) flags |= std::ios_base::in;
-    if (m.find('w') != std::string::npos) flags |= std::ios_base::out | std::ios_base::trunc;
-    if (m.find('a') != std::string::npos) flags |= std::ios_base::out | std::ios_base::app;
-    if (m.find('+') != std::string::npos) flags |= std::ios_base::in | std::ios_base::out;
-    if (m.find('b') != std::string::npos) flags |= std::ios_base::binary;
-    ok = buf->open(m_path.utf8(), flags) != nullptr;
-    return buf;
 }

@@ -1,8 +1,12 @@
 // UT_Path: parsing, normalisation and editing of drive/folder/name paths, and its iterator.
 #include <PlumvaleBaseCore/files/UT_Path.h>
 
+#include "files/PathText.h"
+
 #include <QFileInfo>
 #include <QRegularExpression>
+
+using namespace plumvale::files;
 
 namespace {
 
@@ -14,54 +18,14 @@ QRegularExpression unicodePattern(const char* pattern) {
                               QRegularExpression::UseUnicodePropertiesOption);
 }
 
-// A character of \w (Unicode letters and digits, and '_') or '-'.
-bool isDriveNameChar(QChar c) {
-    return c.isLetterOrNumber() || c == QLatin1Char('_') || c == QLatin1Char('-');
-}
-
-// Length of a run of drive-name characters starting at `from`.
-int nameRun(const QString& s, int from) {
-    int i = from;
-    while (i < s.size() && isDriveNameChar(s[i]))
-        ++i;
-    return i - from;
-}
-
-bool isAsciiLetter(QChar c) {
-    return (c >= QLatin1Char('a') && c <= QLatin1Char('z')) ||
-           (c >= QLatin1Char('A') && c <= QLatin1Char('Z'));
-}
-
-// Length of a leading "//server/share", 0 without one. The same rule as the pattern
-// "^//[\w-]+/[\w-]+", written out because it runs on every assignment.
-int sharePrefix(const QString& s) {
-    if (s.size() < 5 || s[0] != kSlash || s[1] != kSlash) return 0;
-    const int server = nameRun(s, 2);
-    if (server == 0 || 2 + server >= s.size() || s[2 + server] != kSlash) return 0;
-    const int share = nameRun(s, 3 + server);
-    return share == 0 ? 0 : 3 + server + share;
-}
-
-// Length of a leading "[a-zA-Z]+:", 0 without one.
-int letterPrefix(const QString& s) {
-    int i = 0;
-    while (i < s.size() && isAsciiLetter(s[i]))
-        ++i;
-    return i > 0 && i < s.size() && s[i] == QLatin1Char(':') ? i + 1 : 0;
-}
-
-bool ValidateDrive(const QString& drive) {
-    if (drive.size() == 2) return isAsciiLetter(drive[0]) && drive[1] == QLatin1Char(':');
-    return !drive.isEmpty() && sharePrefix(drive) == drive.size();
-}
-
-// Cuts a leading drive off `path` into `drive`; false when nothing matched.
+// Cuts a leading drive off `path` into `drive`; false when nothing matched. A share is
+// tried before letters, as the drive patterns are.
 bool ExtractDrive(QString& path, QString& drive) {
-    int length = sharePrefix(path);
-    if (length == 0) length = letterPrefix(path);
+    std::size_t length = namedShareLength(path);
+    if (length == 0) length = letterDriveLength(path);
     if (length == 0) return false;
-    drive = path.left(length);
-    path.remove(0, length);
+    drive = path.left(static_cast<int>(length));
+    path.remove(0, static_cast<int>(length));
     return true;
 }
 
@@ -79,25 +43,8 @@ UT_Path::UT_Path(const QString& path, bool filter) : m_filter(filter) {
 QString UT_Path::FilterPath(const QString& text, bool alsoColon) const {
     if (!m_filter) return text;
     QString out = text;
-    for (QChar& c : out) {
-        switch (c.unicode()) {
-        case '\\':
-            c = kSlash;
-            break;
-        case '>':
-        case '<':
-        case '?':
-        case '*':
-        case '"':
-            c = QLatin1Char('_');
-            break;
-        case ':':
-            if (alsoColon) c = QLatin1Char('_');
-            break;
-        default:
-            break;
-        }
-    }
+    for (QChar& c : out)
+        c = QChar(filteredPathUnit(c.unicode(), alsoColon));
     return out;
 }
 
@@ -133,7 +80,7 @@ bool UT_Path::ValidatePath(QString& drive, QString& path, QString& name) const {
     path = FilterPath(path, false);
     QString found;
     if (ExtractDrive(path, found)) {
-        if (!ValidateDrive(found)) return false;
+        if (!isValidDrive(found)) return false;
         drive = found;
         if (path.isEmpty()) path = QString(kSlash);
     }
@@ -206,7 +153,7 @@ bool UT_Path::SetFolder(const QString& folder) {
 }
 
 bool UT_Path::SetDrive(const QString& drive) {
-    if (IsRelative() || !ValidateDrive(drive)) return false;
+    if (IsRelative() || !isValidDrive(drive)) return false;
     m_drive = drive;
     resetSpec();
     return true;

@@ -2,6 +2,8 @@
 #include <PlumvaleBaseCore/files/UT_Path.h>
 #include <PlumvaleBaseCore/files/UT_RelPath.h>
 
+#include "files/PathText.h"
+
 #include <QStringList>
 
 namespace {
@@ -22,12 +24,8 @@ UT_String joined(const QStringList& parts) {
 
 void UT_RelPath::SetString(const UT_String& text) {
     UT_String t = text;
-    for (auto& c : t) {
-        if (c == u'\\')
-            c = kSlash;
-        else if (c == u'>' || c == u'<' || c == u'"' || c == u'?' || c == u'*')
-            c = u'_';
-    }
+    for (auto& c : t)
+        c = plumvale::files::filteredPathUnit(c, false);
     // The leading "./" goes first, so that "./" alone ends empty rather than as ".".
     if (t.size() >= 2 && t[0] == u'.' && t[1] == kSlash) {
         UT_String::size_type i = 1;

@@ -2,7 +2,7 @@
 #include <PlumvaleBaseCore/app/BAPP_Identity.h>
 #include <PlumvaleBaseCore/text/TUMessage.h>
 
-#include "app/SystemIds.h"
+#include "platform/Platform.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -84,8 +84,8 @@ void TUMessage::LogToStdErr(const QString& text) {
     const QString line =
         QStringLiteral("[%1][%2@%3] %4\n")
             .arg(QDateTime::currentDateTime().toString(QStringLiteral("yyyy.MM.dd-hh.mm.ss")),
-                 QString::number(plumvale::currentProcessId()),
-                 QString::number(plumvale::currentKernelThreadId()), text);
+                 QString::number(plumvale::platform::processId()),
+                 QString::number(plumvale::platform::threadId()), text);
     writeStdErr(line.toLocal8Bit());
     std::fflush(stderr);
 }

@@ -1,0 +1,19 @@
+// Internal: the file-system calls that the portable file code asks of the platform.
+#pragma once
+
+#include <PlumvaleBaseCore/text/UT_String.h>
+
+#include <QString>
+
+namespace plumvale::files {
+
+/// This user's own temporary root: $TMPDIR, else a private folder of this user that the
+/// platform creates (on Linux /tmp/plumvale-<uid>, mode 0700, used only when it is a real
+/// folder owned by this user). Empty when no safe folder exists.
+QString userTempRoot();
+
+/// Creates the one folder `path` (its parent must exist): 0 when made or already a folder,
+/// -ENOTDIR when something else has the name, the negated system error otherwise.
+int makeFolder(const UT_String& path);
+
+} // namespace plumvale::files

@@ -1,0 +1,27 @@
+// Internal: the portable face of the platform layer (error texts, process and thread ids).
+//
+// Every subsystem reaches the operating system through this header or through the Unix
+// helpers of Unix.h (only `_unix` files include those); a Windows backend would provide the
+// same functions in `Platform_win.cpp`.
+#pragma once
+
+#include <string>
+
+namespace plumvale::platform {
+
+/// The system's message text for an error code (an `errno` value here), in the locale's
+/// 8-bit encoding, without a trailing newline. Never empty: a code the system does not know
+/// gives the system's "Unknown error N" text.
+std::string errorText(int code);
+
+/// The calling thread's last system error code (`errno` here); 0 when there is none.
+int lastError();
+
+/// The process id, as the system's tools show it.
+long processId();
+
+/// The kernel's id of the calling thread (not `std::thread::id`): the number that `top`,
+/// debuggers and the system logs show.
+long threadId();
+
+} // namespace plumvale::platform

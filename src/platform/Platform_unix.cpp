@@ -1,0 +1,69 @@
+// The platform layer on Linux: error texts, ids and the descriptor helpers of Unix.h.
+#include "platform/Platform.h"
+#include "platform/Unix.h"
+
+#include <cstring>
+#include <fcntl.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace plumvale::platform {
+
+std::string errorText(int code) {
+    // The GNU strerror_r returns its text, which may be a static string rather than buf;
+    // unlike strerror it is safe from several threads at once.
+    char buf[256];
+    const char* text = ::strerror_r(code, buf, sizeof buf);
+    return text && *text ? std::string(text) : "Unknown error " + std::to_string(code);
+}
+
+int lastError() {
+    return errno;
+}
+
+long processId() {
+    return static_cast<long>(::getpid());
+}
+
+// glibc 2.30 has gettid(); the system call works on every version.
+long threadId() {
+    return static_cast<long>(::syscall(SYS_gettid));
+}
+
+void UniqueFd::reset(int fd) noexcept {
+    if (m_fd >= 0) ::close(m_fd);
+    m_fd = fd < 0 ? -1 : fd;
+}
+
+int UniqueFd::close() noexcept {
+    if (m_fd < 0) return 0;
+    // Linux releases the descriptor even when close fails, so it is never closed twice.
+    const int r = ::close(release());
+    return r == 0 ? 0 : negatedErrno();
+}
+
+UniqueFd openFd(const char* path, int flags, mode_t mode) {
+    return openFdAt(AT_FDCWD, path, flags, mode);
+}
+
+UniqueFd openFdAt(int dirFd, const char* path, int flags, mode_t mode) {
+    return UniqueFd(retryOnEintr([&] { return ::openat(dirFd, path, flags | O_CLOEXEC, mode); }));
+}
+
+ssize_t readSome(int fd, void* buffer, std::size_t size) noexcept {
+    const ssize_t n = retryOnEintr([&] { return ::read(fd, buffer, size); });
+    return n >= 0 ? n : negatedErrno();
+}
+
+int writeAll(int fd, const void* data, std::size_t size) noexcept {
+    const auto* p = static_cast<const char*>(data);
+    while (size > 0) {
+        const ssize_t n = retryOnEintr([&] { return ::write(fd, p, size); });
+        if (n < 0) return negatedErrno();
+        p += n;
+        size -= static_cast<std::size_t>(n);
+    }
+    return 0;
+}
+
+} // namespace plumvale::platform
