@@ -10,8 +10,6 @@ namespace Math {
 
 namespace {
 
-constexpr double kRadiansPerDegree = 0.017453292519943295;
-
 const char* nameOrDefault(const char* name) {
     return (name == nullptr || *name == '\0') ? "Matrix" : name;
 }
@@ -25,7 +23,7 @@ Matrix2x2 Matrix2x2::operator*(const Matrix2x2& b) const {
 }
 
 void Matrix2x2::rotateDegrees(double degrees) {
-    rotateRadians(degrees * kRadiansPerDegree);
+    rotateRadians(degrees * TUMaths::radiansPerDegree);
 }
 
 void Matrix2x2::rotateRadians(double radians) {

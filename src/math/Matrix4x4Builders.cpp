@@ -7,8 +7,6 @@ namespace Math {
 
 namespace {
 
-constexpr double kRadiansPerDegree = 0.017453292519943295;
-constexpr double kPi = 3.14159265358979323846;
 // Magnitudes at or below 2^-19 count as zero when decomposing.
 constexpr double kDecomposeZero = 1.9073486328125e-06;
 
@@ -23,7 +21,7 @@ void Matrix4x4::scale(double sx, double sy, double sz) {
 }
 
 void Matrix4x4::rotateDegrees(double degrees, Axis3d axis) {
-    rotateRadians(degrees * kRadiansPerDegree, axis);
+    rotateRadians(degrees * TUMaths::radiansPerDegree, axis);
 }
 
 void Matrix4x4::rotateRadians(double radians, Axis3d axis) {
@@ -43,7 +41,7 @@ void Matrix4x4::rotateRadians(double radians, Axis3d axis) {
 }
 
 void Matrix4x4::rotateDegrees(double degrees, const Vector3d& axis) {
-    rotateRadians(degrees * kRadiansPerDegree, axis);
+    rotateRadians(degrees * TUMaths::radiansPerDegree, axis);
 }
 
 void Matrix4x4::rotateRadians(double radians, const Vector3d& axis) {
@@ -81,7 +79,7 @@ void Matrix4x4::orthogonalProject(double left, double right, double bottom, doub
 }
 
 void Matrix4x4::perspectiveProject(double fovyDegrees, double aspect, double near, double far) {
-    const double f = std::tan(kPi / 2 - fovyDegrees * (kPi / 180) / 2);
+    const double f = std::tan(TUMaths::pi / 2 - fovyDegrees * TUMaths::radiansPerDegree / 2);
     Matrix4x4 factor;
     factor.m[0] = f / aspect;
     factor.m[5] = f;

@@ -9,13 +9,11 @@ namespace Math {
 
 namespace {
 
-constexpr double kRadiansPerDegree = 0.017453292519943295;
-constexpr double kDegreesPerRadian = 57.29577951308232;
 constexpr double kSmallSine = 1e-05;
 constexpr double kGimbal = 1.9073486328125e-06; // 2^-19
 
 double toRadians(double angle, bool degrees) {
-    return degrees ? angle * kRadiansPerDegree : angle;
+    return degrees ? angle * TUMaths::radiansPerDegree : angle;
 }
 
 } // namespace
@@ -86,9 +84,9 @@ void Quat::euler(double& x, double& y, double& z, bool degrees) const {
     y += 0.0;
     z += 0.0;
     if (degrees) {
-        x *= kDegreesPerRadian;
-        y *= kDegreesPerRadian;
-        z *= kDegreesPerRadian;
+        x *= TUMaths::degreesPerRadian;
+        y *= TUMaths::degreesPerRadian;
+        z *= TUMaths::degreesPerRadian;
     }
 }
 
@@ -215,7 +213,7 @@ void Quat::print(std::string& buffer, PrintForm form) const {
         Vector3d axis;
         rotAxis(angle, axis);
         std::snprintf(line, sizeof line, "[angle: %.12f, axis: <%.12f, %.12f, %.12f>]\n",
-                      angle * kDegreesPerRadian, axis.x, axis.y, axis.z);
+                      angle * TUMaths::degreesPerRadian, axis.x, axis.y, axis.z);
     } else if (form == EulerDegrees) {
         double x = 0, y = 0, z = 0;
         euler(x, y, z, true);

@@ -14,9 +14,6 @@ static_assert(std::is_standard_layout_v<Angle3d> && sizeof(Angle3d) == 3 * sizeo
 
 namespace {
 
-constexpr double kDegreesPerRadian = 57.29577951308232;
-constexpr double kRadiansPerDegree = 0.017453292519943295;
-
 double quantumRound(double v, double q) {
     return std::floor(v / q + 0.5) * q;
 }
@@ -46,7 +43,7 @@ double Vector2d::GetRadian() const {
 }
 
 double Vector2d::GetDegree() const {
-    return isZero() ? 0.0 : std::atan2(y, x) * kDegreesPerRadian;
+    return isZero() ? 0.0 : std::atan2(y, x) * TUMaths::degreesPerRadian;
 }
 
 double Vector2d::GetCos(const Vector2d& v) const {
@@ -85,7 +82,7 @@ void Vector2d::RotateRadian(double radians) {
 }
 
 void Vector2d::RotateDegree(double degrees) {
-    RotateRadian(degrees * kRadiansPerDegree);
+    RotateRadian(degrees * TUMaths::radiansPerDegree);
 }
 
 Vector2d Vector2d::GetRotatedVector(double radians) const {
@@ -101,7 +98,7 @@ void Vector2d::SetRadian(double radians) {
 }
 
 void Vector2d::SetDegree(double degrees) {
-    SetRadian(degrees * kRadiansPerDegree);
+    SetRadian(degrees * TUMaths::radiansPerDegree);
 }
 
 void Vector2d::SetLength(double l) {

@@ -4,7 +4,7 @@
 #include <atomic>
 
 namespace {
-constexpr double kPi = 3.14159265358979323846;
+constexpr double kPi = TUMaths::pi;
 constexpr double kTwoPi = 2 * kPi;
 
 /// Past a million turns the subtraction loops would crawl (or, once 2 pi is below the

@@ -2,6 +2,7 @@
 #include "CodePage.h"
 
 #include "UT_StringAccess.h"
+#include "Utf8Rules.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -149,8 +150,7 @@ std::string utf16ToCodePage(const unsigned short* s, std::size_t n) {
         if (flushing) break;
         // An unmappable character (or a lone surrogate): one '?' in its place.
         const auto* unit = reinterpret_cast<const unsigned short*>(in);
-        const bool pair = inLeft >= 4 && unit[0] >= 0xD800 && unit[0] <= 0xDBFF &&
-                          unit[1] >= 0xDC00 && unit[1] <= 0xDFFF;
+        const bool pair = inLeft >= 4 && isHighSurrogate(unit[0]) && isLowSurrogate(unit[1]);
         const std::size_t skip = std::min<std::size_t>(inLeft, (pair ? 2 : 1) * 2);
         in += skip;
         inLeft -= skip;

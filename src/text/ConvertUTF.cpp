@@ -48,6 +48,38 @@ ConversionResult toUtf8(const Src** sourceStart, const Src* sourceEnd, unsigned 
     return result;
 }
 
+/// The decoding loop of both UTF-8 readers. `put(ch, t, targetEnd)` writes one code point
+/// and returns false when it does not fit; the target has room for one unit when it is
+/// called. A sequence that did not fit stays consumed: callers resuming there skip it.
+template <class T, class Put>
+ConversionResult fromUtf8(const unsigned char** sourceStart, const unsigned char* sourceEnd,
+                          T** targetStart, T* targetEnd, Put put) {
+    if (badArguments(sourceStart, sourceEnd, targetStart, targetEnd)) return conversionOK;
+    const unsigned char* s = *sourceStart;
+    T* t = *targetStart;
+    ConversionResult result = conversionOK;
+    while (s < sourceEnd) {
+        const int extra = trailingBytes(*s);
+        if (sourceEnd - s <= extra) {
+            result = sourceExhausted;
+            break;
+        }
+        if (t >= targetEnd) {
+            result = targetExhausted;
+            break;
+        }
+        const std::uint32_t ch = decodeSequence(s, extra);
+        s += extra + 1;
+        if (!put(ch, t, targetEnd)) {
+            result = targetExhausted;
+            break;
+        }
+    }
+    *sourceStart = s;
+    *targetStart = t;
+    return result;
+}
+
 int readUcs4(const unsigned int* p, const unsigned int*, std::uint32_t& ch) {
     ch = *p;
     return 1;
@@ -94,63 +126,20 @@ ConversionResult ConvertUTF16toUCS4(const unsigned short** sourceStart,
 ConversionResult ConvertUTF8toUTF16(const unsigned char** sourceStart,
                                     const unsigned char* sourceEnd, unsigned short** targetStart,
                                     unsigned short* targetEnd) {
-    if (badArguments(sourceStart, sourceEnd, targetStart, targetEnd)) return conversionOK;
-    const unsigned char* s = *sourceStart;
-    unsigned short* t = *targetStart;
-    ConversionResult result = conversionOK;
-    while (s < sourceEnd) {
-        const int extra = trailingBytes(*s);
-        if (sourceEnd - s <= extra) {
-            result = sourceExhausted;
-            break;
-        }
-        if (t >= targetEnd) {
-            result = targetExhausted;
-            break;
-        }
-        std::uint32_t ch = decodeSequence(s, extra);
-        s += extra + 1;
-        if (ch < 0x10000) {
-            *t++ = static_cast<unsigned short>(ch);
-        } else if (ch > 0x10FFFF) {
-            *t++ = 0xFFFD;
-        } else if (targetEnd - t < 2) {
-            // The sequence stays consumed: callers resuming here skip this code point.
-            result = targetExhausted;
-            break;
-        } else {
-            ch -= 0x10000;
-            *t++ = static_cast<unsigned short>(0xD800 + (ch >> 10));
-            *t++ = static_cast<unsigned short>(0xDC00 + (ch & 0x3FF));
-        }
-    }
-    *sourceStart = s;
-    *targetStart = t;
-    return result;
+    return fromUtf8(sourceStart, sourceEnd, targetStart, targetEnd,
+                    [](std::uint32_t ch, unsigned short*& t, const unsigned short* end) {
+                        if (end - t < utf16Length(ch)) return false;
+                        t = emitUtf16(ch, t);
+                        return true;
+                    });
 }
 
 ConversionResult ConvertUTF8toUCS4(const unsigned char** sourceStart,
                                    const unsigned char* sourceEnd, unsigned int** targetStart,
                                    unsigned int* targetEnd) {
-    if (badArguments(sourceStart, sourceEnd, targetStart, targetEnd)) return conversionOK;
-    const unsigned char* s = *sourceStart;
-    unsigned int* t = *targetStart;
-    ConversionResult result = conversionOK;
-    while (s < sourceEnd) {
-        const int extra = trailingBytes(*s);
-        if (sourceEnd - s <= extra) {
-            result = sourceExhausted;
-            break;
-        }
-        if (t >= targetEnd) {
-            result = targetExhausted;
-            break;
-        }
-        const std::uint32_t ch = decodeSequence(s, extra);
-        s += extra + 1;
-        *t++ = ch > 0x10FFFF ? 0xFFFDu : ch;
-    }
-    *sourceStart = s;
-    *targetStart = t;
-    return result;
+    return fromUtf8(sourceStart, sourceEnd, targetStart, targetEnd,
+                    [](std::uint32_t ch, unsigned int*& t, const unsigned int*) {
+                        *t++ = ch > 0x10FFFF ? 0xFFFDu : ch;
+                        return true;
+                    });
 }

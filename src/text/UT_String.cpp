@@ -36,6 +36,14 @@ unit* allocateUnits(size_type capacity) {
     return static_cast<unit*>(p);
 }
 
+// The capacity that holds `newSize` units: doubling keeps appends amortised constant time,
+// never less than asked and never past max_size().
+size_type grownCapacity(size_type capacity, size_type newSize) noexcept {
+    const size_type doubled =
+        capacity > UT_String::max_size() / 2 ? UT_String::max_size() : capacity * 2;
+    return std::max(newSize, doubled);
+}
+
 } // namespace
 
 using plumvale::text::unitLength;
@@ -45,8 +53,7 @@ using plumvale::text::unitLength;
 UT_String::value_type* UT_String::growTo(size_type newSize, size_type keep) {
     if (newSize <= m_capacity) return m_data;
     if (newSize > max_size()) throwLength();
-    const size_type doubled = m_capacity > max_size() / 2 ? max_size() : m_capacity * 2;
-    const size_type newCapacity = std::max(newSize, doubled);
+    const size_type newCapacity = grownCapacity(m_capacity, newSize);
     unit* fresh = allocateUnits(newCapacity);
     copyUnits(fresh, m_data, keep);
     if (!isLocal()) std::free(m_data);
@@ -63,8 +70,7 @@ UT_String::value_type* UT_String::openGap(size_type pos, size_type removed, size
         if (removed != added && tail)
             std::memmove(m_data + pos + added, m_data + pos + removed, tail * sizeof(unit));
     } else {
-        const size_type doubled = m_capacity > max_size() / 2 ? max_size() : m_capacity * 2;
-        const size_type newCapacity = std::max(newSize, doubled);
+        const size_type newCapacity = grownCapacity(m_capacity, newSize);
         unit* fresh = allocateUnits(newCapacity);
         copyUnits(fresh, m_data, pos);
         copyUnits(fresh + pos + added, m_data + pos + removed, tail);

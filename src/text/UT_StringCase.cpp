@@ -2,6 +2,7 @@
 #include <PlumvaleBaseCore/text/UT_String.h>
 
 #include "UT_StringAccess.h"
+#include "Utf8Rules.h"
 
 #include <algorithm>
 #include <cwctype>
@@ -12,10 +13,6 @@ using unit = UT_String::value_type;
 using size_type = UT_String::size_type;
 
 const unit kBlanks[] = {u' ', u'\t', u'\n'};
-
-bool isSurrogate(unit u) noexcept {
-    return u >= 0xD800 && u <= 0xDFFF;
-}
 
 /// The C library's case mapping of one unit in the current locale (which may differ from
 /// ASCII even below 0x80, as Turkish does); surrogate halves are left alone.

@@ -20,21 +20,6 @@
 
 namespace {
 
-/// Writes one code point as UTF-16: one unit below 0x10000 (surrogate values included),
-/// U+FFFD above 0x10FFFF, else a surrogate pair.
-inline unsigned short* emitUtf16(std::uint32_t ch, unsigned short* o) noexcept {
-    if (ch < 0x10000) {
-        *o++ = static_cast<unsigned short>(ch);
-    } else if (ch > 0x10FFFF) {
-        *o++ = 0xFFFD;
-    } else {
-        ch -= 0x10000;
-        *o++ = static_cast<unsigned short>(0xD800 + (ch >> 10));
-        *o++ = static_cast<unsigned short>(0xDC00 + (ch & 0x3FF));
-    }
-    return o;
-}
-
 /// Decodes the multi-byte sequence at p (lead byte >= 0x80) whose bytes are all in range.
 inline const unsigned char* decodeOne(const unsigned char* p, unsigned short*& o) noexcept {
     const std::uint32_t lead = *p;

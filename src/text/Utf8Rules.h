@@ -50,6 +50,10 @@ inline void encodeSequence(std::uint32_t ch, int len, unsigned char* out) noexce
     out[0] = static_cast<unsigned char>(ch | leadMarks[len]);
 }
 
+/// Whether a unit is either half of a surrogate pair (0xD800-0xDFFF).
+inline bool isSurrogate(std::uint32_t u) noexcept {
+    return u >= 0xD800 && u <= 0xDFFF;
+}
 inline bool isHighSurrogate(std::uint32_t u) noexcept {
     return u >= 0xD800 && u <= 0xDBFF;
 }
@@ -58,6 +62,26 @@ inline bool isLowSurrogate(std::uint32_t u) noexcept {
 }
 inline std::uint32_t combineSurrogates(std::uint32_t hi, std::uint32_t lo) noexcept {
     return ((hi - 0xD800) << 10) + (lo - 0xDC00) + 0x10000;
+}
+
+/// Units of the UTF-16 form that emitUtf16 writes for `ch`: 2 for U+10000-U+10FFFF, else 1.
+inline int utf16Length(std::uint32_t ch) noexcept {
+    return ch >= 0x10000 && ch <= 0x10FFFF ? 2 : 1;
+}
+
+/// Writes one code point as UTF-16: one unit below 0x10000 (surrogate values included),
+/// U+FFFD above 0x10FFFF, else a surrogate pair. Returns the position after it.
+inline unsigned short* emitUtf16(std::uint32_t ch, unsigned short* o) noexcept {
+    if (ch < 0x10000) {
+        *o++ = static_cast<unsigned short>(ch);
+    } else if (ch > 0x10FFFF) {
+        *o++ = 0xFFFD;
+    } else {
+        ch -= 0x10000;
+        *o++ = static_cast<unsigned short>(0xD800 + (ch >> 10));
+        *o++ = static_cast<unsigned short>(0xDC00 + (ch & 0x3FF));
+    }
+    return o;
 }
 
 } // namespace

@@ -15,6 +15,14 @@ public:
     static constexpr double _epsilon = 1e-7;
     static constexpr double epsilon() { return _epsilon; }
 
+    /// @{
+    /// The library's angle constants, its one home for them: pi and the factors between
+    /// degrees and radians (each the double nearest the exact value).
+    static constexpr double pi = 3.14159265358979323846;
+    static constexpr double radiansPerDegree = 0.017453292519943295;
+    static constexpr double degreesPerRadian = 57.29577951308232;
+    /// @}
+
     static int ifloor(double x) { return saturate(std::floor(x)); }
     static int iceiling(double x) { return saturate(std::ceil(x)); }
     /// floor(x + 0.5): round(2.5) is 3, round(-2.5) is -2.
@@ -62,8 +70,10 @@ public:
     /// Result in [0, 2 pi); -0.0 is returned unchanged.
     static double wrapAngleTo0To2Pi(double a);
 
-    static double convertDegreesToRadians(double d) { return d * 0.017453292519943295; }
-    static double convertRadiansToDegrees(double r) { return r * 57.29577951308232; }
+    /// d * radiansPerDegree.
+    static double convertDegreesToRadians(double d) { return d * radiansPerDegree; }
+    /// r * degreesPerRadian.
+    static double convertRadiansToDegrees(double r) { return r * degreesPerRadian; }
 
     /// lo <= x <= hi.
     static bool between(double x, double lo, double hi) { return lo <= x && x <= hi; }
