@@ -1,7 +1,8 @@
 // TUBatchMessage: the bounded batch log, its header, and the worker-thread queue.
-#include <PlumvaleBaseCore/app/BAPP_Application.h>
 #include <PlumvaleBaseCore/app/BAPP_Identity.h>
 #include <PlumvaleBaseCore/text/TUBatchMessage.h>
+
+#include "app/MainThread.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -46,7 +47,7 @@ void TUBatchMessage::flushLog() {
 }
 
 void TUBatchMessage::writeLog(char kind, const QString& text, const QString& translated, bool) {
-    if (!BAPP_Application::isMainThread()) {
+    if (!plumvale::app::isMainThread()) {
         PL_RecursiveMutex::ScopeLock lock(m_mutex);
         m_queue.push_back(Record{kind, text, translated});
         if (!m_eventPosted) {
