@@ -17,9 +17,10 @@ struct PLUMVALE_EXPORT BAPP_AppIdentity {
     QString build;               ///< build description
     QStringList sceneExtensions; ///< without dot: "pvs"
     QStringList scenePatterns;   ///< file-dialog patterns: "*.pvs"
-    QString iconName;
-    QStringList features; ///< the feature switches that are on
+    QString iconName;            ///< the icon resource name
+    QStringList features;        ///< the feature switches that are on
 
+    /// Whether the feature switch is on (exact, case-sensitive name).
     bool hasFeature(const QString& feature) const { return features.contains(feature); }
     /// Several lines: full name, version, build, libraries, ending with a blank line.
     QString versionText() const;

@@ -8,13 +8,17 @@
 /// A mutex the holding thread may lock again; each lock needs its own unlock.
 class PLUMVALE_EXPORT PL_RecursiveMutex {
 public:
+    /// An unlocked mutex; destroying one that is held is undefined, as for std::mutex.
     PL_RecursiveMutex();
     ~PL_RecursiveMutex();
     PL_RecursiveMutex(const PL_RecursiveMutex&) = delete;
     PL_RecursiveMutex& operator=(const PL_RecursiveMutex&) = delete;
 
+    /// Blocks until the calling thread holds the mutex (at once when it already does).
     void lock();
+    /// Releases one lock of the calling thread, which must hold the mutex.
     void unlock();
+    /// Locks without waiting: false when another thread holds the mutex.
     bool tryLock();
 
     /// Holds the mutex from construction (or acquire()) until release() or destruction.
@@ -22,7 +26,9 @@ public:
     public:
         /// Holds nothing.
         ScopeLock() = default;
+        /// Locks `mutex` until release() or destruction.
         explicit ScopeLock(PL_RecursiveMutex& mutex) { acquire(mutex); }
+        /// Releases what it holds.
         ~ScopeLock() { release(); }
         ScopeLock(const ScopeLock&) = delete;
         ScopeLock& operator=(const ScopeLock&) = delete;
@@ -33,6 +39,7 @@ public:
             mutex.lock();
             m_mutex = &mutex;
         }
+        /// Unlocks the held mutex, if any; a second call does nothing.
         void release() {
             if (m_mutex) {
                 m_mutex->unlock();

@@ -12,12 +12,16 @@
 /// Windows shell-link format or a symbolic link.
 class PLUMVALE_EXPORT OSW_FileInfo : public QFileInfo {
 public:
+    /// @{
+    /// As the QFileInfo constructors of the same arguments.
     OSW_FileInfo() = default;
     explicit OSW_FileInfo(const QString& path) : QFileInfo(path) {}
     explicit OSW_FileInfo(const QFile& file) : QFileInfo(file) {}
     OSW_FileInfo(const QDir& dir, const QString& name) : QFileInfo(dir, name) {}
     OSW_FileInfo(const QFileInfo& info) : QFileInfo(info) {}
+    /// @}
 
+    /// The file's name as shown to the user: its name without the folder.
     QString displayName() const { return fileName(); }
     /// The absolute path with native separators; with `withName` false, its folder.
     QString displayPath(bool withName = true) const;

@@ -3,10 +3,12 @@
 
 namespace Math {
 
+/// @{
 /// Coordinate indices, in storage order.
 enum class Axis2d { X = 0, Y = 1 };
 enum class Axis3d { X = 0, Y = 1, Z = 2 };
 enum class Axis4d { X = 0, Y = 1, Z = 2, W = 3 };
+/// @}
 
 namespace Constants {
 /// Whether a box side's own coordinate belongs to the box.
@@ -16,10 +18,14 @@ enum Boundary {
 };
 } // namespace Constants
 
+/// @{
 /// Row and column indices of the matrices, from 0.
 enum Row { Row0 = 0, Row1 = 1, Row2 = 2, Row3 = 3 };
 enum Column { Column0 = 0, Column1 = 1, Column2 = 2, Column3 = 3 };
+/// @}
 
+/// @{
+/// The geometry classes, declared for headers that only name them.
 class Vector2d;
 class Point2d;
 class Vector3d;
@@ -39,5 +45,6 @@ class Quat;
 class Segment3d;
 class TexturedPoint2d;
 class TexturedPoint4d;
+/// @}
 
 } // namespace Math

@@ -31,9 +31,11 @@ public:
     Matrix4x4();
     /// The 2D affine map in the x/y block and the translation column.
     explicit Matrix4x4(const Matrix2x3& m);
+    /// @{
     /// Sixteen values in storage order (column by column).
     explicit Matrix4x4(const double values[16]);
     explicit Matrix4x4(const float values[16]);
+    /// @}
     /// Sixteen values in reading order: row 0 first.
     Matrix4x4(double m00, double m01, double m02, double m03, double m10, double m11, double m12,
               double m13, double m20, double m21, double m22, double m23, double m30, double m31,
@@ -50,19 +52,23 @@ public:
                    double m12, double m13, double m20, double m21, double m22, double m23,
                    double m30, double m31, double m32, double m33);
 
+    /// Element (row, column), unchecked: both must be below 4.
     double operator()(unsigned row, unsigned column) const { return m[row + 4 * column]; }
     /// Element access for writing; clears the identity flag.
     double& operator()(unsigned row, unsigned column) {
         m_identity = false;
         return m[row + 4 * column];
     }
+    /// Element (r, c) by the named row and column.
     double operator()(Row r, Column c) const { return m[r + 4 * c]; }
     /// The sixteen entries in storage order.
     const double* asArray() const { return m; }
+    /// Copies the sixteen entries in storage order.
     void getValues(double out[16]) const;
     /// Narrowed to float.
     void getValues(float out[16]) const;
 
+    /// @{
     /// Letters of the 2D projective layout: x' = a x + c y + e, y' = b x + d y + f,
     /// w' = g x + h y + w, and z is the (2, 2) entry.
     double getA() const { return m[0]; }
@@ -85,6 +91,7 @@ public:
     void setH(double v) { set(7, v); }
     void setZ(double v) { set(10, v); }
     void setW(double v) { set(15, v); }
+    /// @}
 
     /// a * b: b applies first. An identity-flagged operand returns the other one unchanged.
     Matrix4x4 operator*(const Matrix4x4& b) const {
@@ -97,6 +104,7 @@ public:
     /// this = this * b; returns at once when b is flagged identity, copies b (flag included)
     /// when this is.
     Matrix4x4& operator*=(const Matrix4x4& b);
+    /// The same as *= b.
     Matrix4x4& multiply(const Matrix4x4& b) { return *this *= b; }
 
     /// Divided by the resulting w, with no guard against w = 0.
@@ -113,22 +121,34 @@ public:
     Segment3d operator*(const Segment3d& s) const;
     /// The position as by the Point4d product (undivided); texture coordinates unchanged.
     TexturedPoint4d operator*(const TexturedPoint4d& p) const;
+    /// @{
     /// The undivided product of (x, y, z, 1), and of (x, y, z, 0) for a vector.
     Point4d homogeneousTransform(const Point3d& p) const { return *this * Point4d(p); }
     Point4d homogeneousTransform(const Vector3d& v) const { return *this * Point4d(v); }
+    /// @}
+    /// @{
     /// in/out hold x, y, z; the point form adds the translation and divides by w.
     void multiplyPoint(const double in[3], double out[3]) const;
     void multiplyVector(const double in[3], double out[3]) const;
+    /// @}
 
+    /// @{
+    /// Post-multiplies by a translation, or by a scale along the axes.
     void translate(const Vector3d& v) { translate(v.x, v.y, v.z); }
     void translate(double x, double y, double z);
     void scale(double sx, double sy, double sz);
+    /// @}
+    /// @{
+    /// Post-multiplies by a rotation about a coordinate axis.
     void rotateDegrees(double degrees, Axis3d axis);
     void rotateRadians(double radians, Axis3d axis);
+    /// @}
+    /// @{
     /// About an arbitrary axis through the origin (need not be unit length; a zero axis
     /// leaves the matrix unchanged).
     void rotateDegrees(double degrees, const Vector3d& axis);
     void rotateRadians(double radians, const Vector3d& axis);
+    /// @}
     /// The shear x' = x + s y.
     void skew(double s);
     /// The viewing transform of an eye at `eye` looking at `centre`, `up` giving the
@@ -147,6 +167,7 @@ public:
 
     /// Every element equals the identity's.
     bool isIdentity() const;
+    /// Whether the identity flag is set (the elements may be the identity without it).
     bool isIdentityFlag() const { return m_identity; }
     /// Every element is 0.
     bool isEmpty() const;
@@ -161,8 +182,11 @@ public:
     /// The plane z = 0 maps through a true projective (non-affine) quad map: (3,0) or
     /// (3,1) is non-zero.
     bool hasQuadmap() const;
+    /// @{
+    /// Whether an element is NaN, or an infinity.
     bool hasNan() const;
     bool hasInfinity() const;
+    /// @}
     /// The translation column.
     Point3d origin() const { return {m[12], m[13], m[14]}; }
     /// A column of the linear part.
@@ -190,15 +214,21 @@ public:
 
     /// -1, 0 or 1 comparing the entries in storage order.
     int compare(const Matrix4x4& b) const;
+    /// @{
     /// Compares the elements only.
     bool operator==(const Matrix4x4& b) const;
     bool operator!=(const Matrix4x4& b) const { return !(*this == b); }
+    /// @}
 
+    /// @{
+    /// Transposes in place, or returns the transpose (the identity flag is kept).
     void transpose();
     Matrix4x4 getTranspose() const;
+    /// @}
     /// Nothing for an identity-flagged matrix; throws Singularity, leaving the matrix
     /// unchanged, when it cannot be inverted.
     void inverse();
+    /// The inverse as a new matrix; throws Singularity when there is none.
     Matrix4x4 getInverse() const;
     /// All elements 0, identity flag cleared.
     void clear();

@@ -9,16 +9,18 @@
 // (2/3), in [0, 1). HSV is the single hexcone, HLS the double hexcone. Channels convert
 // back to 8 bits by rounding to nearest.
 
+/// A colour in the single hexcone: hue, saturation and value, each on the 0-1 scale.
 struct HSV {
-    float hue;
-    float saturation;
-    float value;
+    float hue;        ///< fraction of a turn from red, in [0, 1)
+    float saturation; ///< 0 grey to 1 pure
+    float value;      ///< 0 black to 1 brightest
 };
 
+/// A colour in the double hexcone: hue, lightness and saturation, each on the 0-1 scale.
 struct HLS {
-    float hue;
-    float lightness;
-    float saturation;
+    float hue;        ///< fraction of a turn from red, in [0, 1)
+    float lightness;  ///< 0 black, 1/2 pure, 1 white
+    float saturation; ///< 0 grey to 1 pure
 };
 
 /// value = largest channel / 255; saturation = (largest - smallest) / largest (0 for black);

@@ -14,6 +14,7 @@
 /// with all ones. Check value: "123456789" gives 0x46A5A9388A5BEFFE.
 class PLUMVALE_EXPORT TUCRC64Calculator {
 public:
+    /// The reflected polynomial.
     static constexpr std::uint64_t polynomial = 0xD800000000000000ull;
 
     /// Builds the 256-entry table.

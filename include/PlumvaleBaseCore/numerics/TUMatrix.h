@@ -15,14 +15,23 @@ public:
     /// A rows x cols matrix of zeros.
     explicit TUMatrix(int rows = 0, int cols = 0);
 
+    /// @{
+    /// The number of rows and of columns.
     int nbRow() const { return m_rows; }
     int nbCol() const { return m_cols; }
+    /// @}
+    /// @{
+    /// Checked element access: throws MatrixError for an index out of range.
     double getValue(int row, int col) const;
     void setValue(int row, int col, double value);
+    /// @}
+    /// @{
     /// Unchecked element access.
     double& operator()(int row, int col) { return m_values[index(row, col)]; }
     double operator()(int row, int col) const { return m_values[index(row, col)]; }
+    /// @}
 
+    /// Sets every element to 0.
     void loadZero();
     /// Ones on the main diagonal, zeros elsewhere (also for non-square matrices).
     void loadIdentity();
@@ -33,10 +42,17 @@ public:
     /// Appends `count` columns of zeros on the right.
     void addCol(int count = 1);
 
+    /// @{
+    /// The matrix product; throws MatrixError when this matrix's columns do not match other's
+    /// rows.
     TUMatrix operator*(const TUMatrix& other) const;
     TUMatrix& operator*=(const TUMatrix& other);
+    /// @}
+    /// @{
+    /// Equal sizes and every element exactly equal.
     bool operator==(const TUMatrix& other) const;
     bool operator!=(const TUMatrix& other) const { return !(*this == other); }
+    /// @}
 
     /// Writes `label` and the size, then one line per row ("%12.6g" values) to stdout.
     void print(const char* label) const;

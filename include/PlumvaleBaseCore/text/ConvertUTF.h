@@ -33,6 +33,10 @@ enum ConversionResult {
 //   all, the source pointer stays before the sequence.
 // - UCS-4 output: values above 0x10FFFF become U+FFFD.
 
+/// @{
+/// Each routine converts [*sourceStart, sourceEnd) into [*targetStart, targetEnd) by the rules
+/// above, advancing both pointers past what it converted. Null pointers or ends convert
+/// nothing and return conversionOK.
 PLUMVALE_EXPORT ConversionResult ConvertUTF16toUTF8(const unsigned short** sourceStart,
                                                     const unsigned short* sourceEnd,
                                                     unsigned char** targetStart,
@@ -53,3 +57,4 @@ PLUMVALE_EXPORT ConversionResult ConvertUCS4toUTF8(const unsigned int** sourceSt
                                                    const unsigned int* sourceEnd,
                                                    unsigned char** targetStart,
                                                    unsigned char* targetEnd);
+/// @}

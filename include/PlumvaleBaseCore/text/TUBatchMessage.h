@@ -13,7 +13,9 @@
 /// The event (type 1234, no data) that makes the main thread drain the worker queue.
 class PLUMVALE_EXPORT MessageCmdEvent : public QEvent {
 public:
+    /// The event type number.
     static constexpr int kType = 1234;
+    /// An event of type kType.
     MessageCmdEvent() : QEvent(static_cast<QEvent::Type>(kType)) {}
 };
 
@@ -28,7 +30,9 @@ public:
     /// The log's bound.
     static constexpr int kMaxEntries = 200;
 
+    /// A batch centre with an empty log, as TUMessage takes the arguments.
     TUBatchMessage(const QString& applicationName, bool debugMode, bool flag);
+    /// Drops the log and any queued worker reports.
     ~TUBatchMessage() override;
 
     /// `source` translated in the "TUBatchMessage" context.
@@ -40,13 +44,19 @@ public:
     void flushLog();
     /// The log entries: "K hh:mm:ss.zzz text".
     QStringList getLog() const { return m_log; }
+    /// @{
+    /// The version text of the log header. Empty until set; initLog() then fills an empty
+    /// one from the application identity, its lines joined by ", ".
     void setVersionText(const QString& text) { m_versionText = text; }
     const QString& getVersionText() const { return m_versionText; }
+    /// @}
 
+    /// Logs on the main thread, queues from any other (see the class comment). Thread-safe.
     void writeLog(char kind, const QString& text, const QString& translated,
                   bool important) override;
 
 protected:
+    /// Drains the worker queue on a MessageCmdEvent.
     void customEvent(QEvent* event) override;
 
 private:

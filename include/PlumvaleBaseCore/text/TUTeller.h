@@ -12,6 +12,7 @@ class TUTeller;
 /// its tellers before it dies.
 class PLUMVALE_EXPORT TUListener {
 public:
+    /// Does not hang up by itself: a plain listener hangs up before it dies.
     virtual ~TUListener();
     /// The notification, called by TUTeller::tell().
     virtual void listen(TUTeller* teller) = 0;
@@ -28,6 +29,7 @@ public:
 /// Copies share one set of listeners: tellers are meant to be held by reference.
 class PLUMVALE_EXPORT TUTeller {
 public:
+    /// A teller with no listeners.
     TUTeller();
     /// Tells every listener tellerDestroyed(this).
     virtual ~TUTeller();
@@ -48,13 +50,18 @@ private:
 /// Copies share one set of tellers.
 class PLUMVALE_EXPORT TUListenerWithAutoDisconnect : public TUListener {
 public:
+    /// A listener with no tellers.
     TUListenerWithAutoDisconnect();
     /// Hangs up from every teller it still records.
     ~TUListenerWithAutoDisconnect() override;
 
+    /// @{
+    /// Subscribe and unsubscribe as TUListener does, recording the tellers; hangUpAll() hangs
+    /// up from every recorded teller.
     void phone(TUTeller* teller) override;
     void hangUp(TUTeller* teller) override;
     void hangUpAll();
+    /// @}
     /// Forgets the dying teller.
     void tellerDestroyed(TUTeller* teller) override;
 

@@ -20,9 +20,11 @@
 //   copied as text and consumes no argument.
 // Arguments are read once, by position, before formatting; the caller's va_list is copied.
 
+/// @{
 /// Formats a zero-terminated 16-bit format.
 PLUMVALE_EXPORT UT_String UT_FormatMessage(const unsigned short* format, ...);
 PLUMVALE_EXPORT UT_String UT_FormatMessage(const char16_t* format, ...);
+/// @}
 /// Widens the 8-bit format byte by byte with sign extension, then formats it: 8-bit
 /// formats are meant to be ASCII.
 PLUMVALE_EXPORT UT_String UT_FormatMessage(const char* format, ...);

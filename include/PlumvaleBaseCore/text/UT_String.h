@@ -17,18 +17,28 @@ class QString;
 template <class T>
 class UT_StringIterator {
 public:
+    /// @{
+    /// The standard iterator types.
     using iterator_category = std::random_access_iterator_tag;
     using value_type = std::remove_const_t<T>;
     using difference_type = std::ptrdiff_t;
     using pointer = T*;
     using reference = T&;
+    /// @}
 
+    /// A singular iterator (null pointer): comparable, not dereferenceable.
     UT_StringIterator() noexcept = default;
+    /// An iterator at `p`.
     explicit UT_StringIterator(T* p) noexcept : m_p(p) {}
+    /// The const iterator of a mutable one.
     template <class U, class = std::enable_if_t<std::is_convertible<U*, T*>::value>>
     UT_StringIterator(const UT_StringIterator<U>& other) noexcept : m_p(other.ptr()) {}
 
+    /// The unit pointer it wraps.
     T* ptr() const noexcept { return m_p; }
+    /// @{
+    /// Pointer arithmetic and comparison, unchecked: moving outside [begin(), end()] or
+    /// comparing iterators of different strings is undefined, as for a raw pointer.
     T& operator*() const noexcept { return *m_p; }
     T* operator->() const noexcept { return m_p; }
     T& operator[](difference_type n) const noexcept { return m_p[n]; }
@@ -87,6 +97,7 @@ public:
     bool operator>=(const UT_StringIterator<U>& o) const noexcept {
         return m_p >= o.ptr();
     }
+    /// @}
 
 private:
     T* m_p = nullptr;
@@ -107,6 +118,8 @@ private:
 /// - Copies are deep: no sharing between strings.
 class PLUMVALE_EXPORT UT_String {
 public:
+    /// @{
+    /// The standard container types; units are `unsigned short`, sizes 32-bit unsigned.
     using value_type = unsigned short;
     using size_type = std::uint32_t;
     using difference_type = std::ptrdiff_t;
@@ -118,39 +131,65 @@ public:
     using const_iterator = UT_StringIterator<const value_type>;
     using reverse_iterator = std::reverse_iterator<iterator>;
     using const_reverse_iterator = std::reverse_iterator<const_iterator>;
+    /// @}
 
+    /// The not-found position of the searches, and "to the end" as a count.
     static constexpr size_type npos = 0xFFFFFFFFu;
 
     // --- construction -------------------------------------------------------------------
+    /// The empty string; never allocates (up to 7 units are held inside the object).
     UT_String() noexcept { m_local[0] = 0; }
+    /// @{
+    /// The zero-terminated units of `s` (null gives an empty string), the first `count`
+    /// units of `s` (zeros included), or `count` copies of `unit`. A count above
+    /// max_size() throws `std::length_error`.
     UT_String(const value_type* s);
     UT_String(const value_type* s, size_type count);
     UT_String(size_type count, value_type unit);
+    /// @}
+    /// Units [pos, pos + count) of `other`, cut at its end; throws `std::out_of_range` when
+    /// `pos > other.size()`.
     UT_String(const UT_String& other, size_type pos, size_type count = npos);
+    /// The units of [first, last), each element converted to a 16-bit unit.
     template <class InputIt, class = std::enable_if_t<!std::is_integral<InputIt>::value>>
     UT_String(InputIt first, InputIt last) : UT_String() {
         append(first, last);
     }
     /// Copies the units of `s`.
     UT_String(const QString& s);
-    /// Decodes zero-terminated UTF-8.
+    /// Decodes zero-terminated UTF-8 (null gives an empty string).
     UT_String(const char* utf8);
+    /// @{
+    /// Copies UTF-16 units as they are (null gives an empty string).
     UT_String(const char16_t* s);
     UT_String(const std::u16string& s);
+    /// @}
+    /// @{
+    /// Deep copy; a move leaves `other` empty.
     UT_String(const UT_String& other);
     UT_String(UT_String&& other) noexcept;
+    /// @}
+    /// Frees the units.
     ~UT_String();
 
     // --- assignment ---------------------------------------------------------------------
+    /// @{
+    /// Replaces the contents with the units given, as the matching constructor takes them;
+    /// a move leaves `other` empty.
     UT_String& operator=(const UT_String& other);
     UT_String& operator=(UT_String&& other) noexcept;
     UT_String& operator=(const std::u16string& s) { return assign(s); }
     UT_String& operator=(const value_type* s) { return assign(s); }
     UT_String& operator=(value_type unit) { return assign(1, unit); }
+    /// @}
     /// Decodes zero-terminated UTF-8, as the constructor does.
     UT_String& operator=(const char* utf8);
+    /// Copies the units of `s`.
     UT_String& operator=(const QString& s);
 
+    /// @{
+    /// Replaces the contents, taking the arguments as the matching constructor does; the
+    /// (other, pos, count) form throws `std::out_of_range` when `pos > other.size()`.
     UT_String& assign(const UT_String& other) { return *this = other; }
     UT_String& assign(const UT_String& other, size_type pos, size_type count = npos);
     UT_String& assign(const value_type* s);
@@ -165,8 +204,14 @@ public:
         swap(tmp);
         return *this;
     }
+    /// @}
 
     // --- append / insert ----------------------------------------------------------------
+    /// @{
+    /// Adds units at the end, taking the arguments as the matching constructor does. A
+    /// source position past its string throws `std::out_of_range`; a result longer than
+    /// max_size() throws `std::length_error` and leaves the string unchanged. The source may
+    /// lie inside this string.
     UT_String& append(const UT_String& s) { return append(s.data(), s.size()); }
     UT_String& append(const UT_String& s, size_type pos, size_type count = npos);
     UT_String& append(const value_type* s, size_type count);
@@ -194,8 +239,14 @@ public:
         return *this;
     }
     void push_back(value_type unit);
+    /// @}
+    /// Removes the last unit; on an empty string it does nothing.
     void pop_back();
 
+    /// @{
+    /// Inserts units before position `pos` (or iterator `p`), taking them as append() does.
+    /// `pos > size()` throws `std::out_of_range`; the iterator forms return an iterator to
+    /// the first inserted unit.
     UT_String& insert(size_type pos, const UT_String& s) { return insert(pos, s.data(), s.size()); }
     UT_String& insert(size_type pos, const UT_String& s, size_type spos, size_type count = npos);
     UT_String& insert(size_type pos, const value_type* s, size_type count);
@@ -210,11 +261,20 @@ public:
         insert(pos, tmp.data(), tmp.size());
         return begin() + pos;
     }
+    /// @}
 
     // --- erase / replace ----------------------------------------------------------------
+    /// @{
+    /// Removes units [pos, pos + count) cut at the end (`pos > size()` throws
+    /// `std::out_of_range`), the unit at `p`, or [first, last); the iterator forms return an
+    /// iterator to the unit that followed the removed ones.
     UT_String& erase(size_type pos = 0, size_type count = npos);
     iterator erase(const_iterator p);
     iterator erase(const_iterator first, const_iterator last);
+    /// @}
+    /// @{
+    /// Replaces units [pos, pos + count) (cut at the end) or [first, last) with the units
+    /// given, taken as append() takes them. `pos > size()` throws `std::out_of_range`.
     UT_String& replace(size_type pos, size_type count, const UT_String& s) {
         return replace(pos, count, s.data(), s.size());
     }
@@ -228,39 +288,68 @@ public:
                        size_type scount);
     UT_String& replace(const_iterator first, const_iterator last, const value_type* s);
     UT_String& replace(const_iterator first, const_iterator last, size_type n, value_type unit);
+    /// @}
+    /// Empties the string; the capacity is kept.
     void clear() noexcept {
         m_size = 0;
         m_data[0] = 0;
     }
 
     // --- capacity -----------------------------------------------------------------------
+    /// @{
+    /// The number of units, without the terminating zero.
     size_type size() const noexcept { return m_size; }
     size_type length() const noexcept { return m_size; }
+    /// @}
+    /// Units the string holds before it must allocate again (7 without an allocation).
     size_type capacity() const noexcept { return m_capacity; }
+    /// The longest string: 0xFFFFFFFE units (npos is never a valid size).
     static constexpr size_type max_size() noexcept { return npos - 1; }
+    /// Whether size() is 0.
     bool empty() const noexcept { return m_size == 0; }
+    /// Makes capacity() at least `n`; never shrinks. `n > max_size()` throws
+    /// `std::length_error`.
     void reserve(size_type n = 0);
+    /// Gives back unused capacity (non-binding; a short string returns to the inner buffer).
     void shrink_to_fit();
+    /// @{
+    /// Cuts to `n` units, or pads with `unit` (zero by default) up to `n`.
     void resize(size_type n) { resize(n, 0); }
     void resize(size_type n, value_type unit);
+    /// @}
+    /// Exchanges the contents in constant time.
     void swap(UT_String& other) noexcept;
 
     // --- access -------------------------------------------------------------------------
+    /// @{
     /// Unchecked; `s[size()]` is the terminating zero.
     value_type& operator[](size_type i) noexcept { return m_data[i]; }
     const value_type& operator[](size_type i) const noexcept { return m_data[i]; }
+    /// @}
+    /// @{
+    /// Checked access: `i >= size()` throws `std::out_of_range("invalid string position")`.
     value_type& at(size_type i);
     const value_type& at(size_type i) const;
+    /// @}
+    /// @{
+    /// The first or last unit; unchecked, so undefined on an empty string.
     value_type& front() noexcept { return m_data[0]; }
     const value_type& front() const noexcept { return m_data[0]; }
     value_type& back() noexcept { return m_data[m_size - 1]; }
     const value_type& back() const noexcept { return m_data[m_size - 1]; }
+    /// @}
+    /// @{
+    /// The units, always followed by a zero unit; valid until the string next changes.
     const value_type* c_str() const noexcept { return m_data; }
     const value_type* data() const noexcept { return m_data; }
     value_type* data() noexcept { return m_data; }
+    /// @}
     /// Copies up to `count` units from `pos` into `dest` (no terminator); returns the count.
+    /// `pos > size()` throws `std::out_of_range`.
     size_type copy(value_type* dest, size_type count, size_type pos = 0) const;
 
+    /// @{
+    /// Iterators over the units, invalidated by any change that reallocates.
     iterator begin() noexcept { return iterator(m_data); }
     iterator end() noexcept { return iterator(m_data + m_size); }
     const_iterator begin() const noexcept { return const_iterator(m_data); }
@@ -271,8 +360,15 @@ public:
     reverse_iterator rend() noexcept { return reverse_iterator(begin()); }
     const_reverse_iterator rbegin() const noexcept { return const_reverse_iterator(end()); }
     const_reverse_iterator rend() const noexcept { return const_reverse_iterator(begin()); }
+    /// @}
 
     // --- search (results are positions, or npos) ----------------------------------------
+    /// @{
+    /// The standard string searches over units, with the needle given as a UT_String, a
+    /// zero-terminated array (null reads as empty), an array with a count or one unit.
+    /// Forward searches find the first match at or after `pos`, backward ones the last match
+    /// starting at or before `pos`. Each returns the position found or npos and never
+    /// throws; an empty needle is found at `pos` (forward, when `pos <= size()`).
     size_type find(const UT_String& s, size_type pos = 0) const noexcept {
         return find(s.data(), pos, s.size());
     }
@@ -318,11 +414,15 @@ public:
     size_type find_last_not_of(value_type unit, size_type pos = npos) const noexcept {
         return find_last_not_of(&unit, pos, 1);
     }
+    /// @}
 
     // --- comparison ---------------------------------------------------------------------
-    /// Unit-by-unit ordinal comparison: <0, 0 or >0.
+    /// @{
+    /// Unit-by-unit ordinal comparison: <0, 0 or >0; a prefix sorts first. A null array
+    /// compares as an empty text.
     int compare(const UT_String& s) const noexcept;
     int compare(const value_type* s) const noexcept;
+    /// @}
     /// Ordinal comparison after the C library's `towlower` on each unit (surrogates kept).
     int compare_nocase(const UT_String& s) const;
 
@@ -330,7 +430,10 @@ public:
     UT_String substr(size_type pos = 0, size_type count = npos) const;
 
     // --- trimming (each returns *this) --------------------------------------------------
-    /// Removes leading space, tab and line feed (carriage return is kept).
+    /// @{
+    /// Removes leading (TrimLeft) or trailing (TrimRight) units: space, tab and line feed
+    /// without an argument (carriage return is kept, deliberately), else the given unit or
+    /// any unit of the given set (a null or empty set removes nothing).
     UT_String& TrimLeft();
     UT_String& TrimRight();
     UT_String& TrimLeft(value_type unit);
@@ -339,16 +442,24 @@ public:
     UT_String& TrimRight(const value_type* set);
     UT_String& TrimLeft(const UT_String& set);
     UT_String& TrimRight(const UT_String& set);
+    /// @}
 
-    // --- case (the C library's towupper/towlower per unit, in the current locale) -------
+    // --- case -----------------------------------------------------------------------------
+    /// @{
+    /// A copy with each unit mapped by the C library's `towupper`/`towlower` in the current
+    /// locale; surrogate halves are left alone, so letters outside the BMP keep their case.
     UT_String upper() const;
     UT_String lower() const;
+    /// @}
 
     // --- conversion out -----------------------------------------------------------------
     /// UTF-8 encoding of the units; lone surrogates become 3-byte sequences.
     std::string utf8() const;
+    /// @{
+    /// The same units as a QString or a std::u16string.
     QString ToQString() const;
     std::u16string toU16String() const;
+    /// @}
 
 private:
     static constexpr size_type kLocalCapacity = 7;
@@ -356,7 +467,7 @@ private:
     bool isLocal() const noexcept { return m_data == m_local; }
     size_type offsetOf(const_iterator p) const;
     static size_type checkedDistance(const value_type* first, const value_type* last);
-    /// Makes room for `n` more units than `keep` and returns the buffer; keeps [0, keep).
+    /// Makes room for `newSize` units and returns the buffer; keeps units [0, keep).
     value_type* growTo(size_type newSize, size_type keep);
     /// Resizes the gap at `pos` from `removed` to `added` units; returns its start.
     value_type* openGap(size_type pos, size_type removed, size_type added);
@@ -375,6 +486,9 @@ private:
     value_type m_local[kLocalCapacity + 1];
 };
 
+/// @{
+/// Concatenation into a new string; a result longer than max_size() throws
+/// `std::length_error`. A null array reads as an empty text.
 PLUMVALE_EXPORT UT_String operator+(const UT_String& a, const UT_String& b);
 PLUMVALE_EXPORT UT_String operator+(const UT_String& a, const UT_String::value_type* b);
 PLUMVALE_EXPORT UT_String operator+(const UT_String::value_type* a, const UT_String& b);
@@ -383,7 +497,10 @@ PLUMVALE_EXPORT UT_String operator+(UT_String::value_type a, const UT_String& b)
 inline UT_String operator+(UT_String&& a, const UT_String& b) {
     return std::move(a.append(b));
 }
+/// @}
 
+/// @{
+/// Ordinal comparison of the units, as compare() does.
 inline bool operator==(const UT_String& a, const UT_String& b) noexcept {
     return a.size() == b.size() && a.compare(b) == 0;
 }
@@ -408,6 +525,8 @@ inline bool operator==(const UT_String& a, const UT_String::value_type* b) noexc
 inline bool operator!=(const UT_String& a, const UT_String::value_type* b) noexcept {
     return a.compare(b) != 0;
 }
+/// @}
+/// Exchanges the contents in constant time.
 inline void swap(UT_String& a, UT_String& b) noexcept {
     a.swap(b);
 }
@@ -415,6 +534,7 @@ inline void swap(UT_String& a, UT_String& b) noexcept {
 /// Hash of the units (FNV-1a over their little-endian bytes).
 PLUMVALE_EXPORT std::size_t UT_StringHash(const UT_String& s) noexcept;
 
+/// Lets UT_String key the standard unordered containers.
 template <>
 struct std::hash<UT_String> {
     std::size_t operator()(const UT_String& s) const noexcept { return UT_StringHash(s); }
