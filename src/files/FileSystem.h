@@ -3,7 +3,10 @@
 
 #include <PlumvaleBaseCore/text/UT_String.h>
 
+#include <QByteArray>
 #include <QString>
+
+#include <cstddef>
 
 namespace plumvale::files {
 
@@ -15,5 +18,10 @@ QString userTempRoot();
 /// Creates the one folder `path` (its parent must exist): 0 when made or already a folder,
 /// -ENOTDIR when something else has the name, the negated system error otherwise.
 int makeFolder(const UT_String& path);
+
+/// Reads at most `limit` bytes of the regular file `path` into `out`. Never follows a
+/// symbolic link and never blocks on a FIFO, socket or device: false for anything that is
+/// not a regular file, and on a read error.
+bool readRegularFile(const UT_String& path, std::size_t limit, QByteArray& out);
 
 } // namespace plumvale::files

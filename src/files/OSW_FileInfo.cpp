@@ -1,9 +1,8 @@
 // OSW_FileInfo: display paths and the targets of shortcuts (Windows shell links and symlinks).
 #include <PlumvaleBaseCore/files/OSW_FileInfo.h>
 
+#include "files/FileSystem.h"
 #include "files/PathText.h"
-
-#include <QFile>
 
 #include <cstdint>
 #include <cstring>
@@ -129,16 +128,17 @@ QString OSW_FileInfo::displayPath(bool withName) const {
 }
 
 QString OSW_FileInfo::readLink() const {
-    if (plumvale::files::hasLinkSuffix(filePath())) {
-        QFile file(filePath());
-        if (!file.open(QIODevice::ReadOnly)) return QString();
-        // Shell links are small; a cap keeps a huge misnamed file from being read whole.
-        const QString target = parseShellLink(file.read(1 << 20));
-        if (target.isEmpty() || QDir::isAbsolutePath(target) || target.contains(QLatin1Char(':')))
-            return target;
-        return QDir::cleanPath(absolutePath() + QLatin1Char('/') + target);
-    }
-    return isSymLink() ? symLinkTarget() : QString();
+    // A symbolic link is read as one, whatever its name: what it points to is not opened.
+    if (isSymLink()) return symLinkTarget();
+    if (!plumvale::files::hasLinkSuffix(filePath())) return QString();
+    // Shell links are small; a cap keeps a huge misnamed file from being read whole, and
+    // only a regular file is read, so a FIFO or device named ".lnk" cannot block.
+    QByteArray bytes;
+    if (!plumvale::files::readRegularFile(UT_String(filePath()), 1 << 20, bytes)) return QString();
+    const QString target = parseShellLink(bytes);
+    if (target.isEmpty() || QDir::isAbsolutePath(target) || target.contains(QLatin1Char(':')))
+        return target;
+    return QDir::cleanPath(absolutePath() + QLatin1Char('/') + target);
 }
 
 QString OSW_FileInfo::readLink(bool targetPath) const {

@@ -6,6 +6,7 @@
 #include "files/PathText.h"
 #include "platform/Unix.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -197,6 +198,29 @@ int makeFolder(const UT_String& path) {
     struct stat st;
     if (error != EEXIST) return -error;
     return ::stat(bytes.c_str(), &st) == 0 && S_ISDIR(st.st_mode) ? 0 : -ENOTDIR;
+}
+
+bool readRegularFile(const UT_String& path, std::size_t limit, QByteArray& out) {
+    out.clear();
+    const std::string bytes = path.utf8();
+    struct stat st;
+    // Checked before opening, so that a FIFO or a device is never opened at all, and again
+    // on the descriptor, in case the name was replaced in between.
+    if (::lstat(bytes.c_str(), &st) != 0 || !S_ISREG(st.st_mode)) return false;
+    const UniqueFd fd = openFd(bytes.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
+    if (!fd || ::fstat(fd.get(), &st) != 0 || !S_ISREG(st.st_mode)) return false;
+    const std::size_t size =
+        std::min<std::size_t>(limit, static_cast<std::size_t>(std::max<off_t>(st.st_size, 0)));
+    out.resize(static_cast<qsizetype>(size));
+    std::size_t got = 0;
+    while (got < size) {
+        const ssize_t n = readSome(fd.get(), out.data() + got, size - got);
+        if (n < 0) return false;
+        if (n == 0) break;
+        got += static_cast<std::size_t>(n);
+    }
+    out.truncate(static_cast<qsizetype>(got));
+    return true;
 }
 
 } // namespace plumvale::files

@@ -64,10 +64,15 @@ inline bool isShareRoot(PathUnits p) {
     return slash + 1 < p.size && p.slashFrom(slash + 1) == p.size;
 }
 
-/// A character of a UT_Path drive name: a Unicode letter or digit (the \w of the family's
-/// path patterns), '_' or '-'.
-inline bool isDriveNameUnit(unsigned short c) {
-    return QChar(c).isLetterOrNumber() || c == '_' || c == '-';
+/// Units of the drive-name character at `i`: 1, or 2 for a surrogate pair; 0 when the
+/// character is not a Unicode letter or digit (the \w of the family's path patterns), '_'
+/// or '-'. Letters are code points, so those beyond the Basic Multilingual Plane count.
+inline std::size_t driveNameCharAt(PathUnits p, std::size_t i) {
+    const unsigned short c = p[i];
+    if (c == '_' || c == '-') return 1;
+    if (QChar::isHighSurrogate(c) && i + 1 < p.size && QChar::isLowSurrogate(p[i + 1]))
+        return QChar::isLetterOrNumber(QChar::surrogateToUcs4(c, p[i + 1])) ? 2 : 0;
+    return QChar::isLetterOrNumber(c) ? 1 : 0;
 }
 
 /// Length of a leading "//name/name" of drive-name characters (UT_Path's share drive); 0
@@ -75,8 +80,11 @@ inline bool isDriveNameUnit(unsigned short c) {
 inline std::size_t namedShareLength(PathUnits p) {
     const auto run = [&p](std::size_t from) {
         std::size_t i = from;
-        while (i < p.size && isDriveNameUnit(p[i]))
-            ++i;
+        while (i < p.size)
+            if (const std::size_t n = driveNameCharAt(p, i))
+                i += n;
+            else
+                break;
         return i - from;
     };
     if (p.size < 5 || !p.startsWithTwoSlashes()) return 0;

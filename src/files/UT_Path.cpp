@@ -79,7 +79,8 @@ bool UT_Path::ValidatePath(QString& drive, QString& path, QString& name) const {
     if (path.isEmpty()) return true;
     path = FilterPath(path, false);
     QString found;
-    if (ExtractDrive(path, found)) {
+    const bool hasDrive = ExtractDrive(path, found);
+    if (hasDrive) {
         if (!isValidDrive(found)) return false;
         drive = found;
         if (path.isEmpty()) path = QString(kSlash);
@@ -93,6 +94,9 @@ bool UT_Path::ValidatePath(QString& drive, QString& path, QString& name) const {
         path.truncate(slash + 1);
     }
     path = cleanPath(path);
+    // A relative folder that cleans away to nothing stays empty, but one after a drive is
+    // the drive's root: "C:./x" is "C:/x", not "x".
+    if (path.isEmpty() && hasDrive) path = QString(kSlash);
     if (!path.isEmpty() && !path.endsWith(kSlash)) path.append(kSlash);
     return true;
 }

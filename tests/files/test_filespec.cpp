@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <future>
 #include <map>
 #include <string>
 
@@ -354,4 +356,48 @@ TEST(UT_Path, MakeUniqueFileNameOnRealFiles) {
     EXPECT_TRUE(file.Rename(QStringLiteral("moved.txt")));
     EXPECT_TRUE(UT_Path(tmp.path() + "/moved.txt").IsFile());
     EXPECT_FALSE(UT_Path(tmp.path() + "/gone.txt").Rename(QStringLiteral("x")));
+}
+
+// A FIFO (or a link to one) named ".lnk" must not block a listing, a status query or a link
+// read. Each step runs on a helper thread; should one block, the FIFO is opened for
+// writing, which releases the reader, and the test fails instead of hanging.
+TEST(PL_FileSpec, SpecialFilesNamedLikeShortcutsNeverBlock) {
+    QTemporaryDir tmp;
+    ASSERT_TRUE(tmp.isValid());
+    const QString d = tmp.path();
+    const QByteArray fifo = (d + "/pipe.lnk").toUtf8();
+    ASSERT_EQ(::mkfifo(fifo.constData(), 0600), 0);
+    ASSERT_EQ(::symlink(fifo.constData(), (d + "/to_pipe.lnk").toUtf8().constData()), 0);
+    writeFile(d + "/real.lnk", shellLinkToLocalPath(QStringLiteral("C:\\dir\\x.txt")));
+
+    const auto withinSeconds = [&](const char* what, auto step) {
+        auto done = std::async(std::launch::async, step);
+        if (done.wait_for(std::chrono::seconds(10)) == std::future_status::timeout) {
+            const int w = ::open(fifo.constData(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+            if (w >= 0) ::close(w);
+            ADD_FAILURE() << what << " blocked on a FIFO";
+        }
+        return done.get();
+    };
+
+    const auto names = withinSeconds("listing", [&] {
+        std::map<std::string, std::uint32_t> seen;
+        for (PL_FileSpec_iterator it(PL_FileSpec(u(d))), end; it != end; ++it)
+            seen[it->GetName().utf8()] = it->GetFileInfo().GetMode();
+        return seen;
+    });
+    ASSERT_EQ(names.size(), 3u);
+    EXPECT_EQ(names.at("pipe.lnk") & (PL_FileInfo::kFile | PL_FileInfo::kFolder), 0u);
+    EXPECT_NE(names.at("real.lnk") & PL_FileInfo::kFile, 0u);
+
+    EXPECT_FALSE(withinSeconds("status", [&] { return PL_FileSpec(u(d + "/pipe.lnk")).IsFile(); }));
+    EXPECT_TRUE(withinSeconds("status of a link",
+                              [&] { return PL_FileSpec(u(d + "/to_pipe.lnk")).IsSymbolicLink(); }));
+    EXPECT_EQ(withinSeconds("link read", [&] { return OSW_FileInfo(d + "/pipe.lnk").readLink(); }),
+              QString());
+    // A symbolic link is read as a link, whatever its name; its FIFO target is not opened.
+    EXPECT_EQ(
+        withinSeconds("link read", [&] { return OSW_FileInfo(d + "/to_pipe.lnk").readLink(); }),
+        QString::fromUtf8(fifo));
+    EXPECT_EQ(OSW_FileInfo(d + "/real.lnk").readLink(), QStringLiteral("C:/dir/x.txt"));
 }

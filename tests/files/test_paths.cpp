@@ -42,6 +42,14 @@ TEST(UT_Path, ParsingTable) {
          "//srv-1/\u00e9t\u00e9/y"},
         {"rel/dir/name.ext", true, true, "", "rel/dir/", "name.ext", "rel/dir/name.ext"},
         {"./file", true, true, "", "", "file", "file"},
+        // A drive is kept when its folder cleans away to nothing.
+        {"C:./", true, true, "C:", "/", "", "C:"},
+        {"C:./x", true, true, "C:", "/", "x", "C:/x"},
+        {"C:a/../x", true, true, "C:", "/", "x", "C:/x"},
+        // Share names are read by code point: U+1D400 is a letter outside the BMP.
+        {"//srv/sh\U0001D400re/x", true, true, "//srv/sh\U0001D400re", "/", "x",
+         "//srv/sh\U0001D400re/x"},
+        {"//\U0001D7D8/s", true, true, "//\U0001D7D8/s", "/", "", "//\U0001D7D8/s"},
     };
     for (const Case& c : cases) {
         UT_Path p(c.filter);
