@@ -11,6 +11,13 @@ using unit = UT_String::value_type;
 
 enum class ArgType : unsigned char { None, Int, Long, LongLong, Double, Pointer };
 
+// A format text may come from a catalogue, so it is not trusted to stay reasonable. A
+// directive naming an argument past kMaxArgument, or a width or precision (written, or
+// passed for "*") above kMaxWidth, is malformed and copied as text: no real call passes so
+// many arguments, and no real text needs so wide a field.
+constexpr unsigned kMaxArgument = 64;
+constexpr int kMaxWidth = 4096;
+
 union ArgValue {
     long long i;
     double d;
@@ -47,16 +54,17 @@ bool isDigit(unit c) {
     return c >= '0' && c <= '9';
 }
 
-/// Reads digits at `i`; returns -1 when there are none. Values saturate well below INT_MAX.
+/// Reads digits at `i`; returns -1 when there are none. Values saturate just above the
+/// limits, so that an excessive number is still seen as one.
 int readNumber(const UT_String& f, std::size_t& i) {
     if (i >= f.size() || !isDigit(f[UT_String::size_type(i)])) return -1;
-    long long v = 0;
+    int v = 0;
     while (i < f.size() && isDigit(f[UT_String::size_type(i)])) {
         v = v * 10 + (f[UT_String::size_type(i)] - '0');
-        if (v > 100000000) v = 100000000;
+        if (v > kMaxWidth) v = kMaxWidth + 1;
         ++i;
     }
-    return static_cast<int>(v);
+    return v;
 }
 
 /// Reads "n$" at `i` (position kept when absent); returns n or 0.
@@ -108,6 +116,7 @@ ArgType typeOf(unit conversion, char size) {
 /// past it and returns true. On failure `i` is past the text to copy as it stands.
 bool parseDirective(const UT_String& f, std::size_t& i, Directive& directive, unsigned& nextArg) {
     const std::size_t n = f.size();
+    const unsigned firstArg = nextArg;
     ++i; // the '%'
     const unsigned position = readPosition(f, i);
     while (i < n) {
@@ -148,16 +157,27 @@ bool parseDirective(const UT_String& f, std::size_t& i, Directive& directive, un
             }
         }
     }
-    if (i >= n) return false;
+    if (i >= n) {
+        nextArg = firstArg;
+        return false;
+    }
     unit conversion = f[UT_String::size_type(i)];
     ++i;
     if (directive.size == 'l' && conversion == 's') conversion = 'S';
     if (directive.size == 'l' && conversion == 'c') conversion = 'C';
     directive.conversion = conversion;
     directive.type = typeOf(conversion, directive.size);
-    if (directive.type == ArgType::None) return false;
+    if (directive.type == ArgType::None) {
+        nextArg = firstArg;
+        return false;
+    }
     directive.arg = position ? position : nextArg++;
-    return true;
+    if (directive.arg <= kMaxArgument && directive.widthArg <= kMaxArgument &&
+        directive.precisionArg <= kMaxArgument && directive.width <= kMaxWidth &&
+        directive.precision <= kMaxWidth)
+        return true;
+    nextArg = firstArg; // malformed: it consumes no argument
+    return false;
 }
 
 /// Argument table filled by position, grown on demand beyond its first 20 slots.
@@ -232,6 +252,16 @@ void appendNarrow(UT_String& out, const char* text, std::size_t length, const Di
     appendPadded(out, wide.data(), length, directive, width);
 }
 
+/// The length of a zero-terminated text, reading no further than `precision` elements
+/// when one is given, as printf does: the array need not be terminated then.
+template <class T>
+std::size_t boundedLength(const T* s, int precision) {
+    std::size_t n = 0;
+    while ((precision < 0 || n < std::size_t(precision)) && s[n])
+        ++n;
+    return n;
+}
+
 void formatString(UT_String& out, const Directive& directive, const void* arg, int width) {
     static const char kNull[] = "(null)";
     if (!arg) {
@@ -241,7 +271,7 @@ void formatString(UT_String& out, const Directive& directive, const void* arg, i
     switch (directive.conversion) {
     case 's': {
         const char* s = static_cast<const char*>(arg);
-        appendNarrow(out, s, std::char_traits<char>::length(s), directive, width);
+        appendNarrow(out, s, boundedLength(s, directive.precision), directive, width);
         break;
     }
     case 'P': {
@@ -251,10 +281,7 @@ void formatString(UT_String& out, const Directive& directive, const void* arg, i
     }
     default: { // 'S', '@'
         const unit* s = static_cast<const unit*>(arg);
-        std::size_t length = 0;
-        while (s[length])
-            ++length;
-        appendPadded(out, s, length, directive, width);
+        appendPadded(out, s, boundedLength(s, directive.precision), directive, width);
         break;
     }
     }
@@ -285,54 +312,57 @@ void formatNumber(UT_String& out, const Directive& directive, int width, const c
     if (n > 0) appendNarrow(out, big.data(), std::size_t(n), Directive{}, 0);
 }
 
-void formatDirective(UT_String& out, Directive directive, const Arguments& args) {
+/// Formats one directive; false, writing nothing, when a "*" value exceeds kMaxWidth.
+bool formatDirective(UT_String& out, Directive directive, const Arguments& args) {
     int width = directive.width;
     if (directive.widthArg) {
-        const long long w = args.integer(directive.widthArg);
+        // An int argument: its magnitude fits a long long, INT_MIN included.
+        const long long w = static_cast<int>(args.integer(directive.widthArg));
+        if (w > kMaxWidth || w < -kMaxWidth) return false;
         if (w < 0) directive.flags.push_back('-');
-        width = static_cast<int>(w < 0 ? (w < -100000000 ? 100000000 : -w)
-                                       : (w > 100000000 ? 100000000 : w));
+        width = static_cast<int>(w < 0 ? -w : w);
     }
     if (directive.precisionArg) {
-        const long long p = args.integer(directive.precisionArg);
-        directive.precision = p < 0 ? -1 : static_cast<int>(p > 100000000 ? 100000000 : p);
+        const long long p = static_cast<int>(args.integer(directive.precisionArg));
+        if (p > kMaxWidth) return false;
+        directive.precision = p < 0 ? -1 : static_cast<int>(p);
     }
     const unit c = directive.conversion;
     switch (c) {
     case 'n':
-        return;
+        return true;
     case 's':
     case 'S':
     case '@':
     case 'P':
         formatString(out, directive, args.pointer(directive.arg), width);
-        return;
+        return true;
     case 'C': {
         const unit u = static_cast<unit>(args.integer(directive.arg));
         Directive plain = directive;
         plain.precision = -1;
         appendPadded(out, &u, 1, plain, width);
-        return;
+        return true;
     }
     case 'p':
         formatNumber(out, directive, width, "", 'p', args.pointer(directive.arg));
-        return;
+        return true;
     case 'e':
     case 'E':
     case 'f':
     case 'g':
     case 'G':
         formatNumber(out, directive, width, "", static_cast<char>(c), args.real(directive.arg));
-        return;
+        return true;
     case 'c':
         formatNumber(out, directive, width, "", 'c', static_cast<int>(args.integer(directive.arg)));
-        return;
+        return true;
     case 'D':
     case 'O':
     case 'U':
         formatNumber(out, directive, width, "l", static_cast<char>(c - 'A' + 'a'),
                      static_cast<long>(args.integer(directive.arg)));
-        return;
+        return true;
     default: // d i o u x X
         if (directive.size == 'q')
             formatNumber(out, directive, width, "ll", static_cast<char>(c),
@@ -343,7 +373,7 @@ void formatDirective(UT_String& out, Directive directive, const Arguments& args)
         else
             formatNumber(out, directive, width, directive.size == 'h' ? "h" : "",
                          static_cast<char>(c), static_cast<int>(args.integer(directive.arg)));
-        return;
+        return true;
     }
 }
 
@@ -389,9 +419,8 @@ void UT_DoFormatMessage(UT_String& out, const UT_String& format, va_list args) {
 
     UT_String result;
     for (const Piece& piece : pieces) {
-        if (piece.isDirective)
-            formatDirective(result, piece.directive, table);
-        else if (piece.percent)
+        if (piece.isDirective && formatDirective(result, piece.directive, table)) continue;
+        if (piece.percent)
             result.push_back(u'%');
         else
             result.append(format, UT_String::size_type(piece.begin),

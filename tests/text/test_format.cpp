@@ -101,6 +101,40 @@ TEST(Format, EightBitFormatIsWidenedWithSignExtension) {
     EXPECT_EQ(UT_FormatMessage(u"%S!", u"ok").utf8(), "ok!");
 }
 
+TEST(Format, HostileFormatTextsAreCopiedNotObeyed) {
+    // Each case: a format from an untrusted catalogue, with the fixed arguments 42 and "ab".
+    struct Case {
+        const char* format;
+        const char* expected;
+    };
+    const Case cases[] = {
+        {"%99999999$d|%1$d", "%99999999$d|42"}, // a position no call passes
+        {"%65$d|%1$d", "%65$d|42"},
+        {"%64$d|%1$d", "0|42"}, // the last slot allowed; nothing was passed for it
+        {"%2147483647d|%d", "%2147483647d|42"},
+        {"%.2147483647d|%1$d", "%.2147483647d|42"},
+        {"%4097d", "%4097d"},
+        {"%*99999$d|%d", "%*99999$d|42"},
+        {"%2$.1s%1$d", "a42"},
+        {"%z%d", "%z42"}, // an unknown conversion consumes no argument
+        {"%*z%d", "%*z42"},
+    };
+    for (const Case& c : cases)
+        EXPECT_EQ(UT_FormatMessage(c.format, 42, "ab").utf8(), c.expected) << c.format;
+    EXPECT_EQ(UT_FormatMessage("%4096d", 1).size(), 4096u);
+    // A "*" value above the limit is refused when formatting; its arguments are spent.
+    EXPECT_EQ(UT_FormatMessage("%*d|%d", 100000, 1, 2).utf8(), "%*d|2");
+    EXPECT_EQ(UT_FormatMessage("%-*d|", -4096, 1).size(), 4097u);
+}
+
+TEST(Format, PrecisionBoundsTheReadOfUnterminatedStrings) {
+    // No terminating zero anywhere: printf reads at most `precision` elements.
+    const char narrow[3] = {'a', 'b', 'c'};
+    const unsigned short wide[3] = {u'x', u'y', u'z'};
+    EXPECT_EQ(UT_FormatMessage("%.3s|%.2s|%5.1s", narrow, narrow, narrow).utf8(), "abc|ab|    a");
+    EXPECT_EQ(UT_FormatMessage("%.3S|%.*S", wide, 2, wide).utf8(), "xyz|xy");
+}
+
 #pragma GCC diagnostic pop
 
 namespace {

@@ -15,9 +15,15 @@
 // - s: zero-terminated 8-bit text, each byte widened with sign extension (0x80-0xFF become
 //   0xFF80-0xFFFF); P: the same with a leading count byte; S and @: a zero-terminated
 //   16-bit string; C: one 16-bit unit ("%ls" and "%lc" read as S and C). Width and precision
-//   count units; a null string prints "(null)".
+//   count units; a null string prints "(null)". With a precision, a string is read no
+//   further than that many elements, so it need not be zero-terminated.
 // - "%%" is one "%". Any other conversion character ends the specification, which is then
 //   copied as text and consumes no argument.
+// - Limits, since format texts come from catalogues: a specification naming an argument
+//   past the 64th (as n$, *n$, or by counting), or with a width or precision above 4096
+//   (written, or passed for "*"), is malformed and copied as text. Like an unknown
+//   conversion it consumes no argument, except that a "*" found too wide at formatting
+//   time has already taken its arguments.
 // Arguments are read once, by position, before formatting; the caller's va_list is copied.
 
 /// @{
