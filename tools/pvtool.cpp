@@ -21,7 +21,7 @@ constexpr auto kExitUsage = static_cast<ErrorCode::Type>(2);   // bad command li
 void usage(FILE* out) {
     std::fputs("usage: pvtool [--batch] [--lang=LANGUAGE] COMMAND\n"
                "       pvtool --version\n"
-               "       pvtool crc64 FILE...        (\"-\" reads standard input)\n"
+               "       pvtool crc64 [--] FILE...   (\"-\" reads standard input)\n"
                "       pvtool timecode FRAMES FPS [--hours]\n"
                "--batch logs through the batch message centre and prints its log at the end.\n",
                out);
@@ -64,14 +64,34 @@ bool crcOfStream(FILE* in, const TUCRC64Calculator& calc, std::uint64_t& crc) {
     }
 }
 
+/// Reports an unknown option as a usage error.
+int unknownOption(const char* option) {
+    fail(MSG_Text("pvtool", "Unknown option '%1'.").arg(QString::fromLocal8Bit(option)),
+         kExitUsage);
+    usage(stderr);
+    return kExitUsage;
+}
+
+/// Whether `arg` looks like an option: "-" alone is a file name (standard input).
+bool isOption(const char* arg) {
+    return arg[0] == '-' && arg[1] != '\0';
+}
+
 int runCrc64(int argc, char** argv) {
-    if (argc < 3) {
+    // Options are refused rather than read as file names; "--" ends them.
+    int first = 2;
+    if (first < argc && std::strcmp(argv[first], "--") == 0)
+        ++first;
+    else
+        for (int i = first; i < argc; ++i)
+            if (isOption(argv[i])) return unknownOption(argv[i]);
+    if (first >= argc) {
         fail(MSG_Text("pvtool", "No file given."), kExitUsage);
         usage(stderr);
         return kExitUsage;
     }
     const TUCRC64Calculator calc;
-    for (int i = 2; i < argc; ++i) {
+    for (int i = first; i < argc; ++i) {
         const bool isStdin = std::strcmp(argv[i], "-") == 0;
         FILE* in = isStdin ? stdin : std::fopen(argv[i], "rbe");
         if (!in) {
@@ -138,6 +158,7 @@ int run(int argc, char** argv) {
     }
     if (command == "crc64") return runCrc64(argc, argv);
     if (command == "timecode") return runTimecode(argc, argv);
+    if (isOption(argv[1])) return unknownOption(argv[1]);
     fail(MSG_Text("pvtool", "Unknown command '%1'.").arg(QString::fromLocal8Bit(argv[1])),
          kExitUsage);
     usage(stderr);
@@ -153,15 +174,18 @@ int main(int argc, char** argv) {
 
     // Global options come first: --batch and --lang=LANGUAGE.
     bool batch = false;
+    QString missingLanguage; // the last language asked for that has no catalogue
     int first = 1;
     for (; first < argc; ++first) {
         const std::string option = argv[first];
-        if (option == "--batch")
+        if (option == "--batch") {
             batch = true;
-        else if (option.rfind("--lang=", 0) == 0)
-            UT_LibraryTranslator::install(QString::fromLocal8Bit(argv[first] + 7));
-        else
+        } else if (option.rfind("--lang=", 0) == 0) {
+            const QString language = QString::fromLocal8Bit(argv[first] + 7);
+            missingLanguage = UT_LibraryTranslator::install(language) ? QString() : language;
+        } else {
             break;
+        }
     }
     if (batch) {
         tuBatchMsg = new TUBatchMessage(QStringLiteral("pvtool"), false, false);
@@ -169,9 +193,19 @@ int main(int argc, char** argv) {
     } else {
         TUMessage::setInstance(new ConsoleCentre);
     }
+    if (!missingLanguage.isNull())
+        MSG_Scope(MSG_Text("pvtool", "No catalogue for language '%1': messages stay in English.")
+                      .arg(missingLanguage),
+                  MSG_Scope::Warning, ErrorCode::NoError);
 
     argv[first - 1] = argv[0];
     const int status = run(argc - first + 1, argv + first - 1);
+    // Output that could not be written is an error, as for the standard tools: a full disk
+    // or a closed standard output must not end with status 0.
+    if (std::fflush(stdout) != 0 || std::ferror(stdout))
+        fail(MSG_Text("pvtool", "Cannot write the output: %1")
+                 .arg(QString::fromLocal8Bit(oswSystemErrorText(errno).c_str())),
+             kExitFailure);
     TUMessage* centre = TUMessage::instance();
     if (tuBatchMsg) {
         QCoreApplication::sendPostedEvents();

@@ -69,5 +69,17 @@
         <source>Unknown command &apos;%1&apos;.</source>
         <translation>Commande inconnue « %1 ».</translation>
     </message>
+    <message>
+        <source>Unknown option &apos;%1&apos;.</source>
+        <translation>Option inconnue « %1 ».</translation>
+    </message>
+    <message>
+        <source>Cannot write the output: %1</source>
+        <translation>Impossible d’écrire la sortie : %1</translation>
+    </message>
+    <message>
+        <source>No catalogue for language &apos;%1&apos;: messages stay in English.</source>
+        <translation>Aucun catalogue pour la langue « %1 » : les messages restent en anglais.</translation>
+    </message>
 </context>
 </TS>

@@ -29,4 +29,17 @@ run(2 "Unknown command 'frobnicate'" frobnicate)
 run(1 "pvtool: Impossible de lire .*missing.bin" --lang=fr crc64 "${WORK_DIR}/missing.bin")
 run(1 "E [0-9][0-9]:[0-9][0-9]:[0-9][0-9]\\.[0-9][0-9][0-9] Cannot read .*missing.bin" --batch
     crc64 "${WORK_DIR}/missing.bin")
-run(1 "Cannot read" crc64 "${WORK_DIR}/missing.bin" --version)
+# Options are never read as file names; "--" ends them, and "-" is standard input.
+run(2 "Unknown option '--version'" crc64 "${WORK_DIR}/missing.bin" --version)
+run(2 "Unknown option '--frob'" --frob crc64 "${WORK_DIR}/check.txt")
+run(2 "pvtool: Option inconnue « -x »" --lang=fr crc64 -x)
+run(0 "^46a5a9388a5beffe  ${WORK_DIR}/check.txt\n$" crc64 -- "${WORK_DIR}/check.txt")
+# A language without a catalogue is reported once, and the run goes on in English.
+run(0 "^01:01\npvtool: No catalogue for language 'xx': messages stay in English.\n$"
+    --lang=xx timecode 25 24)
+# Output that cannot be written is an error, as for the standard tools.
+execute_process(COMMAND "${PVTOOL}" crc64 "${WORK_DIR}/check.txt" OUTPUT_FILE /dev/full
+                RESULT_VARIABLE rc ERROR_VARIABLE err)
+if(NOT rc EQUAL 1 OR NOT err MATCHES "^pvtool: Cannot write the output: No space left")
+    message(FATAL_ERROR "pvtool crc64 > /dev/full: exit ${rc}, '${err}'")
+endif()
