@@ -1,6 +1,7 @@
 // The wide printf formatter and frame timecodes.
 #include <PlumvaleBaseCore/text/UT_Format.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -18,11 +19,17 @@ enum class ArgType : unsigned char { None, Int, Long, LongLong, Double, Pointer 
 constexpr unsigned kMaxArgument = 64;
 constexpr int kMaxWidth = 4096;
 
-union ArgValue {
-    long long i;
-    double d;
-    const void* p;
+/// A fetched argument: integers and pointers in `i` (they travel in the same 64-bit slots),
+/// floating-point values in `d`.
+struct ArgValue {
+    long long i = 0;
+    double d = 0;
 };
+
+/// Whether a type travels as an integer (integers and pointers) rather than a double.
+bool isIntegerClass(ArgType t) {
+    return t != ArgType::Double && t != ArgType::None;
+}
 
 /// 8-bit to 16-bit with sign extension: 0x80-0xFF become 0xFF80-0xFFFF.
 inline unit widen(char c) {
@@ -185,13 +192,26 @@ class Arguments {
 public:
     Arguments() : m_types(21, ArgType::None), m_values(21) {}
 
+    /// Records what a specification reads from `slot`. When two read one slot as different
+    /// integer kinds it is fetched whole (64 bits) and each narrows its copy; an integer
+    /// against a double is a conflict left to matches().
     void declare(unsigned slot, ArgType type) {
         if (slot == 0) return;
         if (slot >= m_types.size()) {
             m_types.resize(slot + 1, ArgType::None);
             m_values.resize(slot + 1);
         }
-        if (m_types[slot] == ArgType::None) m_types[slot] = type;
+        ArgType& declared = m_types[slot];
+        if (declared == ArgType::None)
+            declared = type;
+        else if (declared != type && isIntegerClass(declared) && isIntegerClass(type))
+            declared = ArgType::LongLong;
+    }
+
+    /// Whether `slot` was fetched as the kind `type` needs (always true for slot 0).
+    bool matches(unsigned slot, ArgType type) const {
+        return slot == 0 || slot >= m_types.size() ||
+               isIntegerClass(m_types[slot]) == isIntegerClass(type);
     }
 
     /// Reads the declared arguments in order; stops at the first slot nothing declared,
@@ -214,7 +234,8 @@ public:
                 m_values[k].d = va_arg(args, double);
                 break;
             case ArgType::Pointer:
-                m_values[k].p = va_arg(args, const void*);
+                m_values[k].i = static_cast<long long>(
+                    reinterpret_cast<std::intptr_t>(va_arg(args, const void*)));
                 break;
             }
             m_fetched = k;
@@ -223,7 +244,11 @@ public:
 
     long long integer(unsigned slot) const { return has(slot) ? m_values[slot].i : 0; }
     double real(unsigned slot) const { return has(slot) ? m_values[slot].d : 0.0; }
-    const void* pointer(unsigned slot) const { return has(slot) ? m_values[slot].p : nullptr; }
+    const void* pointer(unsigned slot) const {
+        return has(slot)
+                   ? reinterpret_cast<const void*>(static_cast<std::intptr_t>(m_values[slot].i))
+                   : nullptr;
+    }
 
 private:
     bool has(unsigned slot) const { return slot > 0 && slot <= m_fetched; }
@@ -312,8 +337,13 @@ void formatNumber(UT_String& out, const Directive& directive, int width, const c
     if (n > 0) appendNarrow(out, big.data(), std::size_t(n), Directive{}, 0);
 }
 
-/// Formats one directive; false, writing nothing, when a "*" value exceeds kMaxWidth.
+/// Formats one directive; false, writing nothing, when a "*" value exceeds kMaxWidth or
+/// another specification read one of its arguments as the other kind (integer or double).
 bool formatDirective(UT_String& out, Directive directive, const Arguments& args) {
+    if (!args.matches(directive.arg, directive.type) ||
+        !args.matches(directive.widthArg, ArgType::Int) ||
+        !args.matches(directive.precisionArg, ArgType::Int))
+        return false;
     int width = directive.width;
     if (directive.widthArg) {
         // An int argument: its magnitude fits a long long, INT_MIN included.

@@ -127,6 +127,16 @@ TEST(Format, HostileFormatTextsAreCopiedNotObeyed) {
     EXPECT_EQ(UT_FormatMessage("%-*d|", -4096, 1).size(), 4097u);
 }
 
+TEST(Format, OneArgumentReadAsTwoKinds) {
+    // As two integer kinds the argument is read whole: the string keeps its full pointer
+    // (read as an int first, a pointer was once cut to 32 bits and crashed).
+    const std::string both = UT_FormatMessage("%1$x|%1$s", "ab").utf8();
+    EXPECT_EQ(both.substr(both.find('|')), "|ab");
+    // An integer against a double is a conflict: the later specification is copied as text.
+    EXPECT_EQ(UT_FormatMessage("%1$d %1$f|%2$d", 7, 8).utf8(), "7 %1$f|8");
+    EXPECT_EQ(UT_FormatMessage("%1$.1f %*1$d|", 2.5).utf8(), "2.5 %*1$d|");
+}
+
 TEST(Format, PrecisionBoundsTheReadOfUnterminatedStrings) {
     // No terminating zero anywhere: printf reads at most `precision` elements.
     const char narrow[3] = {'a', 'b', 'c'};

@@ -24,6 +24,9 @@
 //   (written, or passed for "*"), is malformed and copied as text. Like an unknown
 //   conversion it consumes no argument, except that a "*" found too wide at formatting
 //   time has already taken its arguments.
+// - Two specifications may read one argument: as two integer kinds (int, long, a pointer)
+//   it is read whole and each takes its own width of it; a specification that reads as an
+//   integer what another reads as a double (or the reverse) is copied as text.
 // Arguments are read once, by position, before formatting; the caller's va_list is copied.
 
 /// @{
