@@ -96,8 +96,11 @@ void PL_FileSpec::IFileSpec(const UT_String& rel, const PL_FileSpec& base) {
         parts.push_back(part);
     }
     UT_String out = joinedPath.substr(0, root);
+    // A bare drive ("C:x" is x in the drive's current folder) takes no '/' after it: that
+    // would move the path to the drive's root.
+    const bool bareDrive = root == 2 && joinedPath[1] == u':';
     for (std::size_t i = 0; i < parts.size(); ++i) {
-        if (!out.empty() && out.back() != kSlash) out += kSlash;
+        if (!out.empty() && out.back() != kSlash && !(bareDrive && out.size() == 2)) out += kSlash;
         out += parts[i];
     }
     IFileSpec(out);

@@ -39,9 +39,11 @@ inline bool isAsciiLetter(unsigned short c) {
 }
 
 /// Length of a leading "//server/share" of any characters, up to the '/' after the share
-/// name or the end of the text ("//srv" and "//" count whole); 0 without a leading "//".
+/// name or the end of the text ("//srv" and "//" count whole); 0 without a leading "//",
+/// and 0 for a third '/' (no server name): "///x" is an absolute path, not a share whose
+/// server is empty, or its root would depend on what follows.
 inline std::size_t shareRootLength(PathUnits p) {
-    if (!p.startsWithTwoSlashes()) return 0;
+    if (!p.startsWithTwoSlashes() || (p.size > 2 && p[2] == '/')) return 0;
     const std::size_t server = p.slashFrom(2);
     return server == p.size ? p.size : p.slashFrom(server + 1);
 }

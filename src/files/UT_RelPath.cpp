@@ -26,8 +26,9 @@ void UT_RelPath::SetString(const UT_String& text) {
     UT_String t = text;
     for (auto& c : t)
         c = plumvale::files::filteredPathUnit(c, false);
-    // The leading "./" goes first, so that "./" alone ends empty rather than as ".".
-    if (t.size() >= 2 && t[0] == u'.' && t[1] == kSlash) {
+    // The leading "./" goes first, so that "./" alone ends empty rather than as ".". Each one
+    // goes: "././a" must not keep a leading "./" (validating again would then change it).
+    while (t.size() >= 2 && t[0] == u'.' && t[1] == kSlash) {
         UT_String::size_type i = 1;
         while (i < t.size() && t[i] == kSlash)
             ++i;

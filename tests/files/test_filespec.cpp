@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <chrono>
 #include <future>
 #include <map>
@@ -221,6 +222,18 @@ TEST(PL_FileSpec, TextRules) {
     PL_FileSpec back;
     back.IFileSpec(UT_String("../../x"), PL_FileSpec(UT_String("/p/q/r")));
     EXPECT_EQ(back.GetFilePath().utf8(), "/p/x");
+    // Joined onto a bare drive, a path stays relative to the drive's current folder.
+    for (const auto& [relText, baseText, expected] :
+         {std::array<const char*, 3>{"../x", "C:y", "C:x"},
+          {"x", "C:", "C:x"},
+          {"../x", "C:/y", "C:/x"},
+          {"x", "//srv/share", "//srv/share/x"},
+          // a third '/' is no share: the root is "/"
+          {"../b", "////", "/b"},
+          {"..", "///a/b", "/a"}}) {
+        back.IFileSpec(UT_String(relText), PL_FileSpec(UT_String(baseText)));
+        EXPECT_EQ(back.GetFilePath().utf8(), expected) << relText << " on " << baseText;
+    }
 
     PL_FileSpec::FILETIME ft{0x256D4000u, 0x01BF53EBu}; // 2000-01-01 00:00:00 UTC
     long long t = 0;

@@ -156,8 +156,9 @@ TEST(UT_RelPath, ValidationAndEditing) {
     struct Case {
         const char *in, *out;
     };
-    const Case cases[] = {{"./a/b/", "a/b"}, {"/", "/"},         {"a\\b<c", "a/b_c"}, {"./", ""},
-                          {".//x", "x"},     {"c:/x//", "c:/x"}, {"x?*\"", "x___"}};
+    const Case cases[] = {{"./a/b/", "a/b"}, {"/", "/"},       {"a\\b<c", "a/b_c"},
+                          {"./", ""},        {".//x", "x"},    {"c:/x//", "c:/x"},
+                          {"x?*\"", "x___"}, {"././bA", "bA"}, {"././/./", ""}};
     for (const Case& c : cases)
         EXPECT_EQ(s(UT_RelPath(UT_String(c.in)).ToString()), c.out) << c.in;
 
