@@ -81,23 +81,23 @@ UT_String canonical(const UT_String& path) {
 }
 
 void checkFileSpec(const UT_String& text, const UT_String& other) {
-    const PL_FileSpec spec(text);
-    FUZZ_CHECK(PL_FileSpec(spec.GetFilePath()).GetFilePath() == spec.GetFilePath());
-    (void)spec.GetName(false);
-    (void)spec.GetExtension();
-    (void)spec.IsShare();
+    const PL_FileSpec fileSpec(text);
+    FUZZ_CHECK(PL_FileSpec(fileSpec.GetFilePath()).GetFilePath() == fileSpec.GetFilePath());
+    (void)fileSpec.GetName(false);
+    (void)fileSpec.GetExtension();
+    (void)fileSpec.IsShare();
     PL_FileSpec joined;
-    joined.IFileSpec(other, spec);
+    joined.IFileSpec(other, fileSpec);
     FUZZ_CHECK(PL_FileSpec(joined.GetFilePath()).GetFilePath() == joined.GetFilePath());
     // The relative path from the base leads back to the same place. GetRelativePath compares
     // components as written, so this holds for paths without "." and ".." components and
     // doubled '/' (a file specification keeps those as given).
     UT_String relative;
-    if (spec.IsValid() && canonical(spec.GetFilePath()) == spec.GetFilePath() &&
+    if (fileSpec.IsValid() && canonical(fileSpec.GetFilePath()) == fileSpec.GetFilePath() &&
         canonical(joined.GetFilePath()) == joined.GetFilePath() &&
-        joined.GetRelativePath(relative, spec) == 0) {
+        joined.GetRelativePath(relative, fileSpec) == 0) {
         PL_FileSpec back;
-        back.IFileSpec(relative, spec);
+        back.IFileSpec(relative, fileSpec);
         FUZZ_CHECK(canonical(back.GetFilePath()) == canonical(joined.GetFilePath()));
     }
     int steps = 0;

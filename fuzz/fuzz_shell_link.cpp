@@ -27,8 +27,8 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char* data, std::size_t siz
     if (QDir::isAbsolutePath(parsed) || parsed.contains(QLatin1Char(':')))
         FUZZ_CHECK(read == parsed);
     // Status and listing reach the same reader; the file stays a shortcut file.
-    const PL_FileSpec spec{UT_String(path)};
-    FUZZ_CHECK(spec.IsSymbolicLink());
+    const PL_FileSpec fileSpec{UT_String(path)};
+    FUZZ_CHECK(fileSpec.IsSymbolicLink());
     int entries = 0;
     for (PL_FileSpec_iterator it(PL_FileSpec(UT_String(dir.path()))), end; it != end; ++it)
         ++entries;
