@@ -3,7 +3,8 @@
 #   scripts/fuzz.sh TARGET SECONDS      (TARGET: utf8, codepage, format, paths, shell_link)
 # The run starts from the target's corpus in fuzz/corpus/TARGET and keeps what it finds in
 # build/fuzz/corpus/TARGET; a failing input is written to build/fuzz/artifacts/. To keep
-# one as a regression, copy it into fuzz/corpus/TARGET: ctest replays that folder.
+# one as a regression, copy it into fuzz/corpus/TARGET: ctest replays that folder. To run
+# several targets side by side, build them first (cmake --build --preset fuzz).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -15,7 +16,8 @@ target=$1
 seconds=$2
 [ -d "fuzz/corpus/$target" ] || { echo "$0: no fuzz target '$target'" >&2; exit 2; }
 
-cmake --preset fuzz > /dev/null
+# Configured once; two runs at a time must not configure the same folder together.
+[ -f build/fuzz/build.ninja ] || cmake --preset fuzz > /dev/null
 cmake --build --preset fuzz --target "fuzz_$target"
 work="build/fuzz/corpus/$target"
 artifacts="build/fuzz/artifacts/"
