@@ -8,6 +8,7 @@
 
 #include <PlumvaleBaseCore/text/UT_String.h>
 
+#include <algorithm>
 #include <cstring>
 
 namespace {
