@@ -55,24 +55,13 @@ UT_SharedWeakBase* UT_SharedWeakPtrBase::object() const {
     return m_holder ? m_holder->object() : nullptr;
 }
 
-UT_SharedWeakPtrImpl::UT_SharedWeakPtrImpl(const UT_SharedWeakPtrImpl& other) {
-    rebind(m_holder, other.m_holder);
-}
-
-UT_SharedWeakPtrImpl& UT_SharedWeakPtrImpl::operator=(const UT_SharedWeakPtrImpl& other) {
-    rebind(m_holder, other.m_holder);
-    return *this;
-}
-
-UT_SharedWeakPtrImpl::~UT_SharedWeakPtrImpl() {
-    release(m_holder);
-}
+UT_SharedWeakPtrImpl::~UT_SharedWeakPtrImpl() = default;
 
 void UT_SharedWeakPtrImpl::setPtr(UT_SharedWeakBase* object) {
-    if (m_holder)
-        m_holder->setObject(object);
+    if (m_ref.m_holder)
+        m_ref.m_holder->setObject(object);
     else
-        rebind(m_holder, new UT_SharedWeakPtrHolder(object));
+        m_ref = UT_SharedWeakPtrBase(new UT_SharedWeakPtrHolder(object));
 }
 
 UT_SharedWeakBase::UT_SharedWeakBase() {

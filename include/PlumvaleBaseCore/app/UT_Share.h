@@ -101,20 +101,22 @@ protected:
 
 private:
     friend class UT_SharedWeakBase;
+    friend class UT_SharedWeakPtrImpl;
     explicit UT_SharedWeakPtrBase(UT_SharedWeakPtrHolder* holder);
 
     UT_SharedWeakPtrHolder* m_holder = nullptr;
 };
 
-/// An object's own counted reference to its holder. Copies share the holder.
+/// An object's own counted reference to its holder. Copies share the holder (the reference
+/// is a UT_SharedWeakPtrBase, whose copies do).
 class PLUMVALE_EXPORT UT_SharedWeakPtrImpl {
 public:
     /// No holder.
     UT_SharedWeakPtrImpl() = default;
     /// @{
     /// Share the source's holder; the destructor releases this reference.
-    UT_SharedWeakPtrImpl(const UT_SharedWeakPtrImpl& other);
-    UT_SharedWeakPtrImpl& operator=(const UT_SharedWeakPtrImpl& other);
+    UT_SharedWeakPtrImpl(const UT_SharedWeakPtrImpl& other) = default;
+    UT_SharedWeakPtrImpl& operator=(const UT_SharedWeakPtrImpl& other) = default;
     virtual ~UT_SharedWeakPtrImpl();
     /// @}
 
@@ -122,10 +124,10 @@ public:
     /// creates one and refers to it.
     void setPtr(UT_SharedWeakBase* object);
     /// The holder, or null.
-    UT_SharedWeakPtrHolder* holder() const { return m_holder; }
+    UT_SharedWeakPtrHolder* holder() const { return m_ref.m_holder; }
 
 private:
-    UT_SharedWeakPtrHolder* m_holder = nullptr;
+    UT_SharedWeakPtrBase m_ref;
 };
 
 /// An object that weak pointers can point at. Its weak pointers read null once it is
