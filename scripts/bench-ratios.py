@@ -17,6 +17,12 @@ PAIRS = [
     ("bench_listing", "SetPathUTPath", "CleanPathQDir"),
     ("bench_matrix4", "ProductMatrix4x4", "ProductEigen"),
     ("bench_matrix4", "InverseMatrix4x4", "InverseEigen"),
+    ("bench_locks", "SpinPlumvale", "SpinTbb"),
+    ("bench_locks", "NestedAppLock", "NestedRecursiveMutex"),
+    ("bench_locks", "NestedAppLock", "FreshRecursiveMutex"),
+    ("bench_locks", "PaletteRead", "TbbQueuingRead"),
+    ("bench_locks", "NestedPaletteRead", "TbbQueuingRead"),
+    ("bench_locks", "QueuingReadPlumvale", "TbbQueuingRead"),
 ]
 
 
@@ -39,7 +45,7 @@ def main():
     for binary, ours, anchor in PAIRS:
         times = runs.setdefault(binary, medians(binary))
         for name, t in sorted(times.items()):
-            if not name.startswith(ours + "/"):
+            if name != ours and not name.startswith(ours + "/"):
                 continue
             other = times.get(anchor + name[len(ours):])
             if other:

@@ -24,4 +24,7 @@ long processId();
 /// debuggers and the system logs show.
 long threadId();
 
+/// Gives the rest of the calling thread's time slice to another ready thread, if any.
+void yieldThread();
+
 } // namespace plumvale::platform

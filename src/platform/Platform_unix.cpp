@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <fcntl.h>
+#include <sched.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -28,6 +29,10 @@ long processId() {
 // glibc 2.30 has gettid(); the system call works on every version.
 long threadId() {
     return static_cast<long>(::syscall(SYS_gettid));
+}
+
+void yieldThread() {
+    ::sched_yield();
 }
 
 void UniqueFd::reset(int fd) noexcept {
