@@ -41,15 +41,16 @@ def medians(binary):
 
 def main():
     runs = {}
-    print(f"{'benchmark':48} {'ours':>12} {'anchor':>12} {'ours/anchor':>12}")
+    print(f"{'benchmark':40} {'anchor':32} {'ours':>10} {'anchor':>10} {'ours/anchor':>12}")
     for binary, ours, anchor in PAIRS:
         times = runs.setdefault(binary, medians(binary))
         for name, t in sorted(times.items()):
             if name != ours and not name.startswith(ours + "/"):
                 continue
-            other = times.get(anchor + name[len(ours):])
+            anchor_name = anchor + name[len(ours):]
+            other = times.get(anchor_name)
             if other:
-                print(f"{name:48} {t:12.1f} {other:12.1f} {t / other:12.3f}")
+                print(f"{name:40} {anchor_name:32} {t:10.1f} {other:10.1f} {t / other:12.3f}")
 
 
 if __name__ == "__main__":
