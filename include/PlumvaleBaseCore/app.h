@@ -3,6 +3,7 @@
 
 #include <PlumvaleBaseCore/app/BAPP_Application.h>
 #include <PlumvaleBaseCore/app/BAPP_Identity.h>
+#include <PlumvaleBaseCore/app/BAPP_SpecialFolders.h>
 #include <PlumvaleBaseCore/app/PL_AppLock.h>
 #include <PlumvaleBaseCore/app/PL_Mutex.h>
 #include <PlumvaleBaseCore/app/UT_Node.h>

@@ -24,6 +24,10 @@ long processId();
 /// debuggers and the system logs show.
 long threadId();
 
+/// The running executable's absolute path, symbolic links resolved; empty when the system
+/// cannot tell.
+std::string executablePath();
+
 /// Gives the rest of the calling thread's time slice to another ready thread, if any.
 void yieldThread();
 

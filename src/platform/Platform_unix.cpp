@@ -31,6 +31,13 @@ long threadId() {
     return static_cast<long>(::syscall(SYS_gettid));
 }
 
+std::string executablePath() {
+    char buf[4096];
+    const ssize_t n = ::readlink("/proc/self/exe", buf, sizeof buf);
+    return n > 0 && static_cast<size_t>(n) < sizeof buf ? std::string(buf, static_cast<size_t>(n))
+                                                        : std::string();
+}
+
 void yieldThread() {
     ::sched_yield();
 }
