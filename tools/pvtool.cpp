@@ -1,4 +1,4 @@
-// pvtool: command-line access to PlumvaleBaseCore (version, CRC-64 of files, timecodes).
+// pvtool: command-line access to PlumvaleBaseCore (version, CRC-64, timecodes, path remapping).
 #include <PlumvaleBaseCore/PlumvaleBaseCore.h>
 
 #include <QCoreApplication>
@@ -23,6 +23,7 @@ void usage(FILE* out) {
                "       pvtool --version\n"
                "       pvtool crc64 [--] FILE...   (\"-\" reads standard input)\n"
                "       pvtool timecode FRAMES FPS [--hours]\n"
+               "       pvtool remap [--config=FILE] [--rules] [--] PATH...\n"
                "--batch logs through the batch message centre and prints its log at the end.\n",
                out);
 }
@@ -141,6 +142,43 @@ int runTimecode(int argc, char** argv) {
     return 0;
 }
 
+/// Prints each path and its remapped form, or with --rules the rule table in force.
+int runRemap(int argc, char** argv) {
+    bool rules = false;
+    int i = 2;
+    for (; i < argc && isOption(argv[i]); ++i) {
+        const std::string option = argv[i];
+        if (option == "--") {
+            ++i;
+            break;
+        }
+        if (option == "--rules")
+            rules = true;
+        else if (option.rfind("--config=", 0) == 0)
+            oswRemapPath::setConfigFile(QString::fromLocal8Bit(argv[i] + 9));
+        else
+            return unknownOption(argv[i]);
+    }
+    if (rules) {
+        const QString config = oswRemapPath::configFile();
+        std::printf("configuration: %s\n",
+                    config.isEmpty() ? "(none)" : config.toLocal8Bit().constData());
+        for (const oswRemapPath::Rule& rule : oswRemapPath::rules())
+            std::printf("%-8s %s -> %s\n", rule.kind.toLocal8Bit().constData(),
+                        rule.from.toLocal8Bit().constData(), rule.to.toLocal8Bit().constData());
+    } else if (i >= argc) {
+        fail(MSG_Text("pvtool", "No path given."), kExitUsage);
+        usage(stderr);
+        return kExitUsage;
+    }
+    for (; i < argc; ++i) {
+        const QString path = QString::fromLocal8Bit(argv[i]);
+        std::printf("%s -> %s\n", argv[i],
+                    oswRemapPath::RemapPath2(path, true).toLocal8Bit().constData());
+    }
+    return 0;
+}
+
 int run(int argc, char** argv) {
     if (argc < 2) {
         usage(stderr);
@@ -158,6 +196,7 @@ int run(int argc, char** argv) {
     }
     if (command == "crc64") return runCrc64(argc, argv);
     if (command == "timecode") return runTimecode(argc, argv);
+    if (command == "remap") return runRemap(argc, argv);
     if (isOption(argv[1])) return unknownOption(argv[1]);
     fail(MSG_Text("pvtool", "Unknown command '%1'.").arg(QString::fromLocal8Bit(argv[1])),
          kExitUsage);

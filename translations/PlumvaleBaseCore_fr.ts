@@ -54,6 +54,10 @@
         <translation>Aucun fichier indiqué.</translation>
     </message>
     <message>
+        <source>No path given.</source>
+        <translation>Aucun chemin indiqué.</translation>
+    </message>
+    <message>
         <source>Cannot read %1: %2</source>
         <translation>Impossible de lire %1 : %2</translation>
     </message>
@@ -80,6 +84,25 @@
     <message>
         <source>No catalogue for language &apos;%1&apos;: messages stay in English.</source>
         <translation>Aucun catalogue pour la langue « %1 » : les messages restent en anglais.</translation>
+    </message>
+</context>
+<context>
+    <name>oswRemapPath</name>
+    <message>
+        <source>Established connection to %1.</source>
+        <translation>Connexion établie avec %1.</translation>
+    </message>
+    <message>
+        <source>Could not connect to %1. Network is unavailable or Bad Path.</source>
+        <translation>Connexion impossible avec %1. Réseau indisponible ou chemin incorrect.</translation>
+    </message>
+    <message>
+        <source>Could not connect to %1. Access Denied.</source>
+        <translation>Connexion impossible avec %1. Accès refusé.</translation>
+    </message>
+    <message>
+        <source>Could not connect to %1. WNetAddConnection2 returned 0x%2.</source>
+        <translation>Connexion impossible avec %1. WNetAddConnection2 a renvoyé 0x%2.</translation>
     </message>
 </context>
 </TS>

@@ -123,6 +123,99 @@ QString OSW_FileInfo::parseShellLink(const QByteArray& bytes) {
     return slashes(target);
 }
 
+namespace {
+
+// Little-endian appends for the writer.
+void put16(QByteArray& out, std::uint32_t v) {
+    out.append(static_cast<char>(v & 0xFF));
+    out.append(static_cast<char>((v >> 8) & 0xFF));
+}
+
+void put32(QByteArray& out, std::uint32_t v) {
+    put16(out, v & 0xFFFF);
+    put16(out, v >> 16);
+}
+
+void set32(QByteArray& out, qsizetype at, std::uint32_t v) {
+    for (int i = 0; i < 4; ++i)
+        out[static_cast<int>(at + i)] = static_cast<char>((v >> (8 * i)) & 0xFF);
+}
+
+// 8-bit text for the ANSI fields: Latin-1, '?' for what it cannot hold.
+QByteArray ansiz(const QString& text) {
+    QByteArray out;
+    for (QChar c : text)
+        out.append(c.unicode() < 0x100 ? static_cast<char>(c.unicode()) : '?');
+    out.append('\0');
+    return out;
+}
+
+QByteArray unicodez(const QString& text) {
+    QByteArray out;
+    for (QChar c : text)
+        put16(out, c.unicode());
+    put16(out, 0);
+    return out;
+}
+
+} // namespace
+
+QByteArray OSW_FileInfo::makeShellLink(const QString& target) {
+    const QString slashed = slashes(target);
+    const auto shareLength = static_cast<int>(plumvale::files::shareRootLength(slashed));
+    QString path = slashed;
+    path.replace(QLatin1Char('/'), QLatin1Char('\\'));
+
+    QByteArray link;
+    put32(link, kHeaderSize);
+    link.append(reinterpret_cast<const char*>(kLinkClsid), sizeof kLinkClsid);
+    put32(link, kHasLinkInfo | kIsUnicode);
+    link.append(kHeaderSize - link.size(), '\0'); // attributes, times, size, icon ...
+    set32(link, 0x3C, 1);                         // show the window normally
+
+    // LinkInfo: a header of nine words, then its strings, offsets from its start.
+    QByteArray info(0x24, '\0');
+    set32(info, 4, 0x24);
+    if (shareLength > 0) {
+        const QString share = path.left(shareLength);
+        QString suffix = path.mid(shareLength);
+        while (suffix.startsWith(QLatin1Char('\\')))
+            suffix.remove(0, 1);
+        set32(info, 8, kCommonNetworkRelativeLink);
+        set32(info, 0x14, static_cast<std::uint32_t>(info.size()));
+        QByteArray net(0x14, '\0');
+        set32(net, 8, 0x14); // the net name follows the fixed part
+        net += ansiz(share);
+        set32(net, 0, static_cast<std::uint32_t>(net.size()));
+        info += net;
+        set32(info, 0x18, static_cast<std::uint32_t>(info.size()));
+        info += ansiz(suffix);
+        set32(info, 0x20, static_cast<std::uint32_t>(info.size()));
+        info += unicodez(suffix);
+    } else {
+        set32(info, 8, kVolumeIdAndLocalBasePath);
+        set32(info, 0xC, static_cast<std::uint32_t>(info.size()));
+        QByteArray volume(0x10, '\0'); // size, fixed drive, no serial, label at 0x10
+        set32(volume, 4, 3);
+        set32(volume, 0xC, 0x10);
+        volume.append('\0');
+        set32(volume, 0, static_cast<std::uint32_t>(volume.size()));
+        info += volume;
+        set32(info, 0x10, static_cast<std::uint32_t>(info.size()));
+        info += ansiz(path);
+        set32(info, 0x18, static_cast<std::uint32_t>(info.size()));
+        info += ansiz(QString());
+        set32(info, 0x1C, static_cast<std::uint32_t>(info.size()));
+        info += unicodez(path);
+        set32(info, 0x20, static_cast<std::uint32_t>(info.size()));
+        info += unicodez(QString());
+    }
+    set32(info, 0, static_cast<std::uint32_t>(info.size()));
+    link += info;
+    put32(link, 0); // the terminal block
+    return link;
+}
+
 QString OSW_FileInfo::displayPath(bool withName) const {
     return QDir::toNativeSeparators(withName ? absoluteFilePath() : absolutePath());
 }

@@ -131,6 +131,12 @@ MSG_Text& MSG_Text::operator+=(const QString& s) {
     return *this;
 }
 
+MSG_Text& MSG_Text::replace(const QString& before, const QString& after) {
+    m_text.replace(before, after);
+    m_translated.replace(before, after);
+    return *this;
+}
+
 MSG_Scope::MSG_Scope(const QString& text, Action action) : MSG_Text(text), m_action(action) {}
 
 MSG_Scope::MSG_Scope(const MSG_Text& text, Action action, ErrorCode::Type code)

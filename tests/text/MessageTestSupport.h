@@ -20,7 +20,9 @@ public:
         bool important;
     };
 
-    RecordingCentre() : TUMessage(QStringLiteral("tests"), false, true) {}
+    /// With `debug`, debug reports are recorded too.
+    explicit RecordingCentre(bool debug = false)
+        : TUMessage(QStringLiteral("tests"), debug, true) {}
 
     void writeLog(char kind, const QString& text, const QString& translated,
                   bool important) override {
@@ -36,7 +38,9 @@ public:
 /// Installs a fresh RecordingCentre as the singleton for the lifetime of the guard.
 class RecordingInstall {
 public:
-    RecordingInstall() : centre(new RecordingCentre) { TUMessage::setInstance(centre); }
+    explicit RecordingInstall(bool debug = false) : centre(new RecordingCentre(debug)) {
+        TUMessage::setInstance(centre);
+    }
     ~RecordingInstall() { TUMessage::setInstance(nullptr); } // deletes the centre
     RecordingInstall(const RecordingInstall&) = delete;
     RecordingInstall& operator=(const RecordingInstall&) = delete;

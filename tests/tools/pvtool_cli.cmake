@@ -43,3 +43,11 @@ execute_process(COMMAND "${PVTOOL}" crc64 "${WORK_DIR}/check.txt" OUTPUT_FILE /d
 if(NOT rc EQUAL 1 OR NOT err MATCHES "^pvtool: Cannot write the output: No space left")
     message(FATAL_ERROR "pvtool crc64 > /dev/full: exit ${rc}, '${err}'")
 endif()
+# Remapping: a share written on another machine names the folder where it is mounted here.
+file(WRITE "${WORK_DIR}/orvacfg.ini"
+     "[Connection0]\r\nSharename=\\\\srv\\share\r\nMountPoint=${WORK_DIR}\r\nDrive=S:\r\n")
+run(0 "^configuration: ${WORK_DIR}/orvacfg.ini\nshare    //srv/share -> ${WORK_DIR}\ndrive    s: -> ${WORK_DIR}\n$"
+    remap "--config=${WORK_DIR}/orvacfg.ini" --rules)
+run(0 "^\\\\\\\\SRV\\\\Share\\\\a.scn -> ${WORK_DIR}/a.scn\n/home/x -> /home/x\n$"
+    remap "--config=${WORK_DIR}/orvacfg.ini" "\\\\SRV\\Share\\a.scn" /home/x)
+run(2 "No path given" remap)

@@ -36,4 +36,9 @@ public:
     /// The target path stored in shell-link bytes, with '/' separators; empty when the bytes
     /// are not a valid shell link.
     static QString parseShellLink(const QByteArray& bytes);
+    /// Shell-link bytes pointing at `target` ('/' or backslash separators, stored as
+    /// backslashes):
+    /// a network link for a "//server/share/..." target, a local path otherwise. What
+    /// parseShellLink() reads back is `target` with '/' separators.
+    static QByteArray makeShellLink(const QString& target);
 };

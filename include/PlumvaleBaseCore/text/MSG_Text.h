@@ -73,6 +73,9 @@ public:
     /// The untranslated text takes the other's untranslated text, the translation its
     /// translation.
     MSG_Text& arg(const MSG_Text& other);
+    /// Replaces every `before` by `after` in both texts: for texts with printf-style
+    /// markers ("%d"), which arg() does not fill.
+    MSG_Text& replace(const QString& before, const QString& after);
 
     /// @{
     /// Concatenation text by text: untranslated after untranslated, translation after
