@@ -5,6 +5,7 @@
 #include <PlumvaleBaseCore/files/OSW_FileInfo.h>
 #include <PlumvaleBaseCore/files/OSW_SystemError.h>
 #include <PlumvaleBaseCore/files/PL_FileSpec.h>
+#include <PlumvaleBaseCore/files/UT_Log.h>
 #include <PlumvaleBaseCore/files/UT_Path.h>
 #include <PlumvaleBaseCore/files/UT_RelPath.h>
 #include <PlumvaleBaseCore/files/oswRemapPath.h>
