@@ -6,7 +6,8 @@ import sys
 from pathlib import Path
 
 BUILD = Path(sys.argv[1] if len(sys.argv) > 1 else "build/release") / "bench"
-# (benchmark binary, our benchmark, its anchor)
+# (benchmark binary, our benchmark, its anchor); names with '/' are whole run names, compared
+# as they stand (one size of a benchmark against another size of it).
 PAIRS = [
     ("bench_utf8", "DecodeUTString", "DecodeQString"),
     ("bench_utf8", "EncodeUTString", "EncodeQString"),
@@ -19,7 +20,8 @@ PAIRS = [
     ("bench_matrix4", "InverseMatrix4x4", "InverseEigen"),
     ("bench_remap", "RemapUnmatched", "CopyUnmatched"),
     ("bench_remap", "RemapMatched", "CopyMatched"),
-    ("bench_remap", "RemapMatched", "RemapMatched"),
+    ("bench_remap", "RemapMatched/100", "RemapMatched/1"),
+    ("bench_remap", "RemapUnmatched/100", "RemapUnmatched/1"),
     ("bench_locks", "SpinPlumvale", "SpinTbb"),
     ("bench_locks", "NestedAppLock", "NestedRecursiveMutex"),
     ("bench_locks", "NestedAppLock", "FreshRecursiveMutex"),
@@ -48,9 +50,14 @@ def main():
     for binary, ours, anchor in PAIRS:
         times = runs.setdefault(binary, medians(binary))
         for name, t in sorted(times.items()):
-            if name != ours and not name.startswith(ours + "/"):
+            if "/" in ours:
+                if name != ours:
+                    continue
+                anchor_name = anchor
+            elif name != ours and not name.startswith(ours + "/"):
                 continue
-            anchor_name = anchor + name[len(ours):]
+            else:
+                anchor_name = anchor + name[len(ours):]
             other = times.get(anchor_name)
             if other:
                 print(f"{name:40} {anchor_name:32} {t:10.1f} {other:10.1f} {t / other:12.3f}")
