@@ -6,6 +6,38 @@
 #include <atomic>
 #include <memory>
 
+/// The scoped lock of a mutex with lock() and unlock(): holds it from construction (or
+/// acquire()) until release() or destruction; a default one holds nothing.
+template <typename Mutex>
+class PL_MutexScope {
+public:
+    /// Holds nothing.
+    PL_MutexScope() = default;
+    /// Locks `mutex` until release() or destruction.
+    explicit PL_MutexScope(Mutex& mutex) { acquire(mutex); }
+    /// Releases what it holds.
+    ~PL_MutexScope() { release(); }
+    PL_MutexScope(const PL_MutexScope&) = delete;
+    PL_MutexScope& operator=(const PL_MutexScope&) = delete;
+
+    /// Releases what it holds, then locks `mutex`.
+    void acquire(Mutex& mutex) {
+        release();
+        mutex.lock();
+        m_mutex = &mutex;
+    }
+    /// Unlocks the held mutex, if any; a second call does nothing.
+    void release() {
+        if (m_mutex) {
+            m_mutex->unlock();
+            m_mutex = nullptr;
+        }
+    }
+
+private:
+    Mutex* m_mutex = nullptr;
+};
+
 /// A one-byte spin lock for very short critical sections: no owner, no recursion, no fairness.
 ///
 /// Conventions: 0 is free and 1 is held. A contended lock() spins 1, 2, 4, 8 and 16 pause
@@ -32,34 +64,7 @@ public:
     void unlock() { m_flag.store(0, std::memory_order_release); }
 
     /// Holds the mutex from construction (or acquire()) until release() or destruction.
-    class ScopeLock {
-    public:
-        /// Holds nothing.
-        ScopeLock() = default;
-        /// Locks `mutex` until release() or destruction.
-        explicit ScopeLock(PL_SpinMutex& mutex) { acquire(mutex); }
-        /// Releases what it holds.
-        ~ScopeLock() { release(); }
-        ScopeLock(const ScopeLock&) = delete;
-        ScopeLock& operator=(const ScopeLock&) = delete;
-
-        /// Releases what it holds, then locks `mutex`.
-        void acquire(PL_SpinMutex& mutex) {
-            release();
-            mutex.lock();
-            m_mutex = &mutex;
-        }
-        /// Unlocks the held mutex, if any; a second call does nothing.
-        void release() {
-            if (m_mutex) {
-                m_mutex->unlock();
-                m_mutex = nullptr;
-            }
-        }
-
-    private:
-        PL_SpinMutex* m_mutex = nullptr;
-    };
+    using ScopeLock = PL_MutexScope<PL_SpinMutex>;
 
 private:
     void lockContended();
@@ -84,34 +89,7 @@ public:
     bool tryLock();
 
     /// Holds the mutex from construction (or acquire()) until release() or destruction.
-    class PLUMVALE_EXPORT ScopeLock {
-    public:
-        /// Holds nothing.
-        ScopeLock() = default;
-        /// Locks `mutex` until release() or destruction.
-        explicit ScopeLock(PL_RecursiveMutex& mutex) { acquire(mutex); }
-        /// Releases what it holds.
-        ~ScopeLock() { release(); }
-        ScopeLock(const ScopeLock&) = delete;
-        ScopeLock& operator=(const ScopeLock&) = delete;
-
-        /// Releases what it holds, then locks `mutex`.
-        void acquire(PL_RecursiveMutex& mutex) {
-            release();
-            mutex.lock();
-            m_mutex = &mutex;
-        }
-        /// Unlocks the held mutex, if any; a second call does nothing.
-        void release() {
-            if (m_mutex) {
-                m_mutex->unlock();
-                m_mutex = nullptr;
-            }
-        }
-
-    private:
-        PL_RecursiveMutex* m_mutex = nullptr;
-    };
+    using ScopeLock = PL_MutexScope<PL_RecursiveMutex>;
 
 private:
     struct Impl;
