@@ -8,16 +8,16 @@ namespace plumvale::files {
 namespace {
 
 QString unescaped(const QByteArray& field) {
+    const char* f = field.constData();
     QByteArray out;
     for (qsizetype i = 0; i < field.size(); ++i) {
-        const auto octal = [&](qsizetype k) { return field[k] >= '0' && field[k] <= '7'; };
-        if (field[i] == '\\' && i + 3 < field.size() && octal(i + 1) && octal(i + 2) &&
-            octal(i + 3)) {
-            out.append(static_cast<char>(((field[i + 1] - '0') << 6) | ((field[i + 2] - '0') << 3) |
-                                         (field[i + 3] - '0')));
+        const auto octal = [f](qsizetype k) { return f[k] >= '0' && f[k] <= '7'; };
+        if (f[i] == '\\' && i + 3 < field.size() && octal(i + 1) && octal(i + 2) && octal(i + 3)) {
+            out.append(static_cast<char>(((f[i + 1] - '0') << 6) | ((f[i + 2] - '0') << 3) |
+                                         (f[i + 3] - '0')));
             i += 3;
         } else {
-            out.append(field[i]);
+            out.append(f[i]);
         }
     }
     return QString::fromUtf8(out);

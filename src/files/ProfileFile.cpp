@@ -12,11 +12,12 @@ bool isBlank(char c) {
     return c == ' ' || c == '\t' || c == '\r' || c == '\f' || c == '\v';
 }
 
-QByteArray trimmed(QByteArray text) {
+QByteArray trimmed(const QByteArray& text) {
+    const char* d = text.constData();
     qsizetype begin = 0, end = text.size();
-    while (begin < end && isBlank(text[begin]))
+    while (begin < end && isBlank(d[begin]))
         ++begin;
-    while (end > begin && isBlank(text[end - 1]))
+    while (end > begin && isBlank(d[end - 1]))
         --end;
     return text.mid(begin, end - begin);
 }
