@@ -1,7 +1,9 @@
-// pvtool: command-line access to PlumvaleBaseCore (version, CRC-64, timecodes, path remapping).
+// pvtool: command-line access to PlumvaleBaseCore (version, CRC-64, timecodes, path remapping,
+// special folders).
 #include <PlumvaleBaseCore/PlumvaleBaseCore.h>
 
 #include <QCoreApplication>
+#include <QMetaProperty>
 
 #include <cerrno>
 #include <cinttypes>
@@ -19,12 +21,15 @@ constexpr auto kExitFailure = static_cast<ErrorCode::Type>(1); // a file could n
 constexpr auto kExitUsage = static_cast<ErrorCode::Type>(2);   // bad command line
 
 void usage(FILE* out) {
-    std::fputs("usage: pvtool [--batch] [--lang=LANGUAGE] COMMAND\n"
+    std::fputs("usage: pvtool [-nologo] [-lang LANGUAGE] [-langdir FOLDER] [--batch] COMMAND\n"
                "       pvtool --version\n"
                "       pvtool crc64 [--] FILE...   (\"-\" reads standard input)\n"
                "       pvtool timecode FRAMES FPS [--hours]\n"
                "       pvtool remap [--config=FILE] [--rules] [--] PATH...\n"
-               "--batch logs through the batch message centre and prints its log at the end.\n",
+               "       pvtool folders\n"
+               "-nologo leaves out the banner; -lang and -langdir choose the language and the\n"
+               "folder of its translations; --batch logs through the batch message centre and\n"
+               "prints its log at the end.\n",
                out);
 }
 
@@ -179,6 +184,29 @@ int runRemap(int argc, char** argv) {
     return 0;
 }
 
+/// Prints every special folder, one per line: its property (accessor) name, then the path.
+int runFolders(int argc, char** argv) {
+    if (argc > 2) {
+        if (isOption(argv[2])) return unknownOption(argv[2]);
+        usage(stderr);
+        return kExitUsage;
+    }
+    const BAPP_SpecialFolders* folders = BAPP_SharedSpecialFolders();
+    const QMetaObject* meta = folders->metaObject();
+    auto print = [](const char* name, const QString& path) {
+        std::printf("%-13s %s\n", name, path.toLocal8Bit().constData());
+    };
+    for (int i = BAPP_SpecialFolders::staticMetaObject.propertyOffset(); i < meta->propertyCount();
+         ++i) {
+        const QMetaProperty property = meta->property(i);
+        print(property.name(), property.read(folders).toString());
+    }
+    // The two folders that are not properties.
+    print("database", folders->database());
+    print("help", folders->help());
+    return 0;
+}
+
 int run(int argc, char** argv) {
     if (argc < 2) {
         usage(stderr);
@@ -197,6 +225,7 @@ int run(int argc, char** argv) {
     if (command == "crc64") return runCrc64(argc, argv);
     if (command == "timecode") return runTimecode(argc, argv);
     if (command == "remap") return runRemap(argc, argv);
+    if (command == "folders") return runFolders(argc, argv);
     if (isOption(argv[1])) return unknownOption(argv[1]);
     fail(MSG_Text("pvtool", "Unknown command '%1'.").arg(QString::fromLocal8Bit(argv[1])),
          kExitUsage);
@@ -204,28 +233,37 @@ int run(int argc, char** argv) {
     return kExitUsage;
 }
 
+/// Installs the library's catalogue for the first preferred language that has one (none is
+/// needed from English on). Returns the language asked with -lang when it has none.
+QString installCatalogue(const BAPP_Application& app) {
+    for (const QString& code : BAPP_Application::languagesPreference()) {
+        if (code == QLatin1String("en")) return QString();
+        if (UT_LibraryTranslator::install(code)) return QString();
+    }
+    return app.requestedLanguage().isEmpty() ? QString() : app.requestedLanguage();
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
-    QCoreApplication app(argc, argv);
-    BAPP_Application::setupMainThread();
+    // The frame consumes its own options; the tool reads what is left, as the bytes given.
+    const std::vector<char*> given(argv, argv + argc);
+    BAPP_Arguments arguments = BAPP_Application::parseArguments(argc, argv);
     BAPP_Identity::select(QStringLiteral("pvtool"));
-
-    // Global options come first: --batch and --lang=LANGUAGE.
-    bool batch = false;
-    QString missingLanguage; // the last language asked for that has no catalogue
-    int first = 1;
-    for (; first < argc; ++first) {
-        const std::string option = argv[first];
-        if (option == "--batch") {
-            batch = true;
-        } else if (option.rfind("--lang=", 0) == 0) {
-            const QString language = QString::fromLocal8Bit(argv[first] + 7);
-            missingLanguage = UT_LibraryTranslator::install(language) ? QString() : language;
-        } else {
-            break;
+    BAPP_CoreApplication app(argc, argv, arguments);
+    std::vector<char*> toolArgv{given[0]};
+    for (std::size_t i = 1, j = 0; i < given.size() && j < std::size_t(arguments.size()); ++i)
+        if (QString::fromUtf8(given[i]) == arguments.at(int(j))) {
+            toolArgv.push_back(given[i]);
+            ++j;
         }
-    }
+    const QString missingLanguage = installCatalogue(app);
+
+    // The tool's own global option: --batch.
+    bool batch = false;
+    std::size_t first = 1;
+    for (; first < toolArgv.size() && std::strcmp(toolArgv[first], "--batch") == 0; ++first)
+        batch = true;
     if (batch) {
         tuBatchMsg = new TUBatchMessage(QStringLiteral("pvtool"), false, false);
         TUMessage::setInstance(tuBatchMsg);
@@ -237,8 +275,8 @@ int main(int argc, char** argv) {
                       .arg(missingLanguage),
                   MSG_Scope::Warning, ErrorCode::NoError);
 
-    argv[first - 1] = argv[0];
-    const int status = run(argc - first + 1, argv + first - 1);
+    toolArgv[first - 1] = toolArgv[0];
+    const int status = run(int(toolArgv.size() - first + 1), toolArgv.data() + first - 1);
     // Output that could not be written is an error, as for the standard tools: a full disk
     // or a closed standard output must not end with status 0.
     if (std::fflush(stdout) != 0 || std::ferror(stdout))
