@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Builds the fuzz preset and runs one fuzz target for a number of seconds:
-#   scripts/fuzz.sh TARGET SECONDS   (TARGET: utf8, codepage, format, paths, shell_link, remap)
+#   scripts/fuzz.sh TARGET SECONDS   (TARGET: utf8, codepage, format, paths, shell_link, remap,
+#                                    lex)
 # The run starts from the target's corpus in fuzz/corpus/TARGET and keeps what it finds in
 # build/fuzz/corpus/TARGET; a failing input is written to build/fuzz/artifacts/. To keep
 # one as a regression, copy it into fuzz/corpus/TARGET: ctest replays that folder. To run

@@ -1,5 +1,5 @@
 // pvtool: command-line access to PlumvaleBaseCore (version, CRC-64, timecodes, path remapping,
-// special folders).
+// special folders, syntax checks).
 #include <PlumvaleBaseCore/PlumvaleBaseCore.h>
 
 #include <QCoreApplication>
@@ -19,6 +19,7 @@ namespace {
 // Error codes handed to the message centre; the smallest one reported is the exit status.
 constexpr auto kExitFailure = static_cast<ErrorCode::Type>(1); // a file could not be read
 constexpr auto kExitUsage = static_cast<ErrorCode::Type>(2);   // bad command line
+constexpr auto kExitSyntax = static_cast<ErrorCode::Type>(3);  // a text with syntax errors
 
 void usage(FILE* out) {
     std::fputs("usage: pvtool [-nologo] [-lang LANGUAGE] [-langdir FOLDER] [--batch] COMMAND\n"
@@ -27,6 +28,7 @@ void usage(FILE* out) {
                "       pvtool timecode FRAMES FPS [--hours]\n"
                "       pvtool remap [--config=FILE] [--rules] [--] PATH...\n"
                "       pvtool folders\n"
+               "       pvtool lex [--comma] [--] FILE...   (syntax check of text files)\n"
                "-nologo leaves out the banner; -lang and -langdir choose the language and the\n"
                "folder of its translations; --batch logs through the batch message centre and\n"
                "prints its log at the end.\n",
@@ -207,6 +209,45 @@ int runFolders(int argc, char** argv) {
     return 0;
 }
 
+/// Reads each file with the lexer; its syntax errors are reported as they are met, and a
+/// file with any is an error of its own, naming the file.
+int runLex(int argc, char** argv) {
+    bool comma = false;
+    int i = 2;
+    for (; i < argc && isOption(argv[i]); ++i) {
+        if (std::strcmp(argv[i], "--") == 0) {
+            ++i;
+            break;
+        }
+        if (std::strcmp(argv[i], "--comma") != 0) return unknownOption(argv[i]);
+        comma = true;
+    }
+    if (i >= argc) {
+        fail(MSG_Text("pvtool", "No file given."), kExitUsage);
+        usage(stderr);
+        return kExitUsage;
+    }
+    for (; i < argc; ++i) {
+        const QString path = QString::fromLocal8Bit(argv[i]);
+        TULex lex;
+        if (comma) lex.setCommaDriven(true);
+        if (!lex.openFile(path)) {
+            fail(MSG_Text("pvtool", "Cannot read %1: %2")
+                     .arg(path, QString::fromLocal8Bit(oswSystemErrorText(errno).c_str())),
+                 kExitFailure);
+            continue;
+        }
+        long tokens = 0;
+        for (; !lex.eof(); lex.get())
+            ++tokens;
+        if (lex.isError())
+            fail(MSG_Text("pvtool", "%1 has syntax errors.").arg(path), kExitSyntax);
+        else
+            std::printf("%s: %ld tokens, %u lines\n", argv[i], tokens, lex.getLineNo());
+    }
+    return 0;
+}
+
 int run(int argc, char** argv) {
     if (argc < 2) {
         usage(stderr);
@@ -226,6 +267,7 @@ int run(int argc, char** argv) {
     if (command == "timecode") return runTimecode(argc, argv);
     if (command == "remap") return runRemap(argc, argv);
     if (command == "folders") return runFolders(argc, argv);
+    if (command == "lex") return runLex(argc, argv);
     if (isOption(argv[1])) return unknownOption(argv[1]);
     fail(MSG_Text("pvtool", "Unknown command '%1'.").arg(QString::fromLocal8Bit(argv[1])),
          kExitUsage);

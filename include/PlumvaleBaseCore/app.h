@@ -14,7 +14,10 @@
 #include <PlumvaleBaseCore/app/PL_AppLock.h>
 #include <PlumvaleBaseCore/app/PL_Mutex.h>
 #include <PlumvaleBaseCore/app/ST_Params.h>
+#include <PlumvaleBaseCore/app/UT_DynKey.h>
+#include <PlumvaleBaseCore/app/UT_Id.h>
 #include <PlumvaleBaseCore/app/UT_Node.h>
 #include <PlumvaleBaseCore/app/UT_Progress.h>
 #include <PlumvaleBaseCore/app/UT_Rect.h>
 #include <PlumvaleBaseCore/app/UT_Share.h>
+#include <PlumvaleBaseCore/app/UT_TimeUnits.h>

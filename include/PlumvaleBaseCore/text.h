@@ -5,6 +5,7 @@
 #include <PlumvaleBaseCore/text/MSG_Text.h>
 #include <PlumvaleBaseCore/text/TUBatchMessage.h>
 #include <PlumvaleBaseCore/text/TUFileRef.h>
+#include <PlumvaleBaseCore/text/TULex.h>
 #include <PlumvaleBaseCore/text/TULock.h>
 #include <PlumvaleBaseCore/text/TUMessage.h>
 #include <PlumvaleBaseCore/text/TUSema.h>

@@ -24,4 +24,9 @@ int makeFolder(const UT_String& path);
 /// not a regular file, and on a read error.
 bool readRegularFile(const UT_String& path, std::size_t limit, QByteArray& out);
 
+/// Reads the file `path` (links followed) as its length announces, in pieces of at most
+/// 1 MiB, stopping early at a short read. False when it cannot be opened or is a folder,
+/// or on a read error; a FIFO or device, whose length is 0, reads as empty.
+bool readWholeFile(const UT_String& path, QByteArray& out);
+
 } // namespace plumvale::files

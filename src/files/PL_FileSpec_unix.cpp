@@ -200,6 +200,29 @@ int makeFolder(const UT_String& path) {
     return ::stat(bytes.c_str(), &st) == 0 && S_ISDIR(st.st_mode) ? 0 : -ENOTDIR;
 }
 
+namespace {
+
+// Reads up to `size` bytes in pieces of at most 1 MiB, stopping at the end of the file.
+bool readUpTo(int fd, std::size_t size, QByteArray& out) {
+    out.resize(static_cast<qsizetype>(size));
+    std::size_t got = 0;
+    while (got < size) {
+        const std::size_t piece = std::min<std::size_t>(size - got, 0x100000);
+        const ssize_t n = readSome(fd, out.data() + got, piece);
+        if (n < 0) return false;
+        got += static_cast<std::size_t>(n);
+        if (static_cast<std::size_t>(n) < piece) break;
+    }
+    out.truncate(static_cast<qsizetype>(got));
+    return true;
+}
+
+std::size_t lengthOf(const struct stat& st) {
+    return static_cast<std::size_t>(std::max<off_t>(st.st_size, 0));
+}
+
+} // namespace
+
 bool readRegularFile(const UT_String& path, std::size_t limit, QByteArray& out) {
     out.clear();
     const std::string bytes = path.utf8();
@@ -209,18 +232,16 @@ bool readRegularFile(const UT_String& path, std::size_t limit, QByteArray& out) 
     if (::lstat(bytes.c_str(), &st) != 0 || !S_ISREG(st.st_mode)) return false;
     const UniqueFd fd = openFd(bytes.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY);
     if (!fd || ::fstat(fd.get(), &st) != 0 || !S_ISREG(st.st_mode)) return false;
-    const std::size_t size =
-        std::min<std::size_t>(limit, static_cast<std::size_t>(std::max<off_t>(st.st_size, 0)));
-    out.resize(static_cast<qsizetype>(size));
-    std::size_t got = 0;
-    while (got < size) {
-        const ssize_t n = readSome(fd.get(), out.data() + got, size - got);
-        if (n < 0) return false;
-        if (n == 0) break;
-        got += static_cast<std::size_t>(n);
-    }
-    out.truncate(static_cast<qsizetype>(got));
-    return true;
+    return readUpTo(fd.get(), std::min(limit, lengthOf(st)), out);
+}
+
+bool readWholeFile(const UT_String& path, QByteArray& out) {
+    out.clear();
+    // Non-blocking, so that opening a FIFO without a writer does not wait for one.
+    const UniqueFd fd = openFd(path.utf8().c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY);
+    struct stat st;
+    if (!fd || ::fstat(fd.get(), &st) != 0 || S_ISDIR(st.st_mode)) return false;
+    return readUpTo(fd.get(), S_ISREG(st.st_mode) ? lengthOf(st) : 0, out);
 }
 
 } // namespace plumvale::files

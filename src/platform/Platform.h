@@ -31,4 +31,18 @@ std::string executablePath();
 /// Gives the rest of the calling thread's time slice to another ready thread, if any.
 void yieldThread();
 
+/// A moment of the calendar in UTC, broken down as the system clock gives it.
+struct UtcTime {
+    int year;        ///< e.g. 2026
+    int month;       ///< 1 to 12
+    int day;         ///< 1 to 31
+    int hour;        ///< 0 to 23
+    int minute;      ///< 0 to 59
+    int second;      ///< 0 to 60 (a leap second)
+    int millisecond; ///< 0 to 999
+};
+
+/// The current time of the system's real-time clock, in UTC.
+UtcTime utcNow();
+
 } // namespace plumvale::platform

@@ -3,6 +3,7 @@
 #include "platform/Unix.h"
 
 #include <cstring>
+#include <ctime>
 #include <fcntl.h>
 #include <sched.h>
 #include <sys/syscall.h>
@@ -40,6 +41,20 @@ std::string executablePath() {
 
 void yieldThread() {
     ::sched_yield();
+}
+
+UtcTime utcNow() {
+    struct timespec now;
+    ::clock_gettime(CLOCK_REALTIME, &now);
+    struct tm parts;
+    ::gmtime_r(&now.tv_sec, &parts);
+    return {parts.tm_year + 1900,
+            parts.tm_mon + 1,
+            parts.tm_mday,
+            parts.tm_hour,
+            parts.tm_min,
+            parts.tm_sec,
+            static_cast<int>(now.tv_nsec / 1000000)};
 }
 
 void UniqueFd::reset(int fd) noexcept {

@@ -14,7 +14,8 @@ bool codePageIsUtf8();
 UT_String codePageToUtf16(const char* s, std::size_t n);
 /// Encodes `n` units into the locale's encoding; an unmappable character becomes '?'.
 std::string utf16ToCodePage(const unsigned short* s, std::size_t n);
-/// strtod in the "C" locale, whatever the current one.
-double parseDoubleC(const char* s);
+/// strtod in the "C" locale, whatever the current one; `end`, when given, receives where
+/// the parse stopped.
+double parseDoubleC(const char* s, const char** end = nullptr);
 
 } // namespace plumvale::text

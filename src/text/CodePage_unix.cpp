@@ -162,9 +162,12 @@ std::string utf16ToCodePage(const unsigned short* s, std::size_t n) {
     return out;
 }
 
-double parseDoubleC(const char* s) {
+double parseDoubleC(const char* s, const char** end) {
     static const locale_t cLocale = newlocale(LC_ALL_MASK, "C", static_cast<locale_t>(nullptr));
-    return strtod_l(s, nullptr, cLocale);
+    char* stop = nullptr;
+    const double value = strtod_l(s, &stop, cLocale);
+    if (end) *end = stop;
+    return value;
 }
 
 } // namespace plumvale::text

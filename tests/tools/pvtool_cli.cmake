@@ -67,3 +67,10 @@ run(2 "Unknown option '-lang'" crc64 -lang)
 run(0 "^root +/[^\n]*\nconfig .*\nlang +${WORK_DIR}/lang\n.*\ntemp +[^\n]+\n.*\ndatabase +[^\n]+\nhelp +[^\n]+\n$"
     -langdir "${WORK_DIR}/lang" folders)
 run(2 "Unknown option '--all'" folders --all)
+# Syntax checks: the lexer's own reports with their line, then one error naming the file.
+file(WRITE "${WORK_DIR}/good.cfg" "# settings\nname, \"a b\", 12\n")
+file(WRITE "${WORK_DIR}/bad.cfg" "a 1\nb \"open\n")
+run(0 "^${WORK_DIR}/good.cfg: 6 tokens, 3 lines\n$" lex --comma "${WORK_DIR}/good.cfg")
+run(3 "Syntax error at line 3:\n missing \" \\(open\n\\).*bad.cfg has syntax errors"
+    lex "${WORK_DIR}/bad.cfg")
+run(1 "Cannot read .*none.cfg" lex "${WORK_DIR}/none.cfg" "${WORK_DIR}/bad.cfg")
