@@ -24,7 +24,9 @@ LAYERS = [
                   "src/app/BAPP_SpecialFolders.cpp", "src/app/UT_Share.cpp", "src/app/UT_Rect.cpp",
                   "src/app/MainThread.h", "src/app/MainThread.cpp"],
      ["platform", "math", "numerics"]),
-    ("text", [INC + "text", "src/text/"], ["platform", "app-base", "math", "numerics"]),
+    # UT_Id is a frame class read by the lexer and used by the pipes, so it sits in text.
+    ("text", [INC + "text", "src/text/", INC + "app/UT_Id.h", "src/app/UT_Id.cpp"],
+     ["platform", "app-base", "math", "numerics"]),
     ("files", [INC + "files", "src/files/"], ["platform", "app-base", "text", "math", "numerics"]),
     ("app", [INC + "app", "src/app/"],
      ["platform", "app-base", "text", "files", "math", "numerics"]),

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <PlumvaleBaseCore/files/OSW_Dll.h>
+#include <PlumvaleBaseCore/files/OSW_Execute.h>
 #include <PlumvaleBaseCore/files/OSW_FileInfo.h>
+#include <PlumvaleBaseCore/files/OSW_Pipe.h>
 #include <PlumvaleBaseCore/files/OSW_SystemError.h>
 #include <PlumvaleBaseCore/files/PL_FileSpec.h>
 #include <PlumvaleBaseCore/files/UT_Log.h>
