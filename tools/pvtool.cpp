@@ -1,8 +1,10 @@
 // pvtool: command-line access to PlumvaleBaseCore (version, CRC-64, timecodes, path remapping,
-// special folders, syntax checks).
+// special folders, syntax checks, signatures).
 #include <PlumvaleBaseCore/PlumvaleBaseCore.h>
 
 #include <QCoreApplication>
+#include <QCryptographicHash>
+#include <QFile>
 #include <QMetaProperty>
 
 #include <cerrno>
@@ -29,6 +31,7 @@ void usage(FILE* out) {
                "       pvtool remap [--config=FILE] [--rules] [--] PATH...\n"
                "       pvtool folders\n"
                "       pvtool lex [--comma] [--] FILE...   (syntax check of text files)\n"
+               "       pvtool sign [--] FILE...   (MD5 signatures, as md5sum prints them)\n"
                "-nologo leaves out the banner; -lang and -langdir choose the language and the\n"
                "folder of its translations; --batch logs through the batch message centre and\n"
                "prints its log at the end.\n",
@@ -85,28 +88,40 @@ bool isOption(const char* arg) {
     return arg[0] == '-' && arg[1] != '\0';
 }
 
-int runCrc64(int argc, char** argv) {
-    // Options are refused rather than read as file names; "--" ends them.
-    int first = 2;
+/// The files named after the options (from argv[2]); "--" ends the options, and an unknown
+/// option or no file at all is a usage error (false, reported).
+bool fileArguments(int argc, char** argv, int& first) {
+    first = 2;
     if (first < argc && std::strcmp(argv[first], "--") == 0)
         ++first;
     else
         for (int i = first; i < argc; ++i)
-            if (isOption(argv[i])) return unknownOption(argv[i]);
-    if (first >= argc) {
-        fail(MSG_Text("pvtool", "No file given."), kExitUsage);
-        usage(stderr);
-        return kExitUsage;
-    }
+            if (isOption(argv[i])) {
+                unknownOption(argv[i]);
+                return false;
+            }
+    if (first < argc) return true;
+    fail(MSG_Text("pvtool", "No file given."), kExitUsage);
+    usage(stderr);
+    return false;
+}
+
+void failToRead(const char* name, int error) {
+    fail(MSG_Text("pvtool", "Cannot read %1: %2")
+             .arg(QString::fromLocal8Bit(name),
+                  QString::fromLocal8Bit(oswSystemErrorText(error).c_str())),
+         kExitFailure);
+}
+
+int runCrc64(int argc, char** argv) {
+    int first = 0;
+    if (!fileArguments(argc, argv, first)) return kExitUsage;
     const TUCRC64Calculator calc;
     for (int i = first; i < argc; ++i) {
         const bool isStdin = std::strcmp(argv[i], "-") == 0;
         FILE* in = isStdin ? stdin : std::fopen(argv[i], "rbe");
         if (!in) {
-            fail(MSG_Text("pvtool", "Cannot read %1: %2")
-                     .arg(QString::fromLocal8Bit(argv[i]),
-                          QString::fromLocal8Bit(oswSystemErrorText(errno).c_str())),
-                 kExitFailure);
+            failToRead(argv[i], errno);
             continue;
         }
         std::uint64_t crc = 0;
@@ -114,10 +129,7 @@ int runCrc64(int argc, char** argv) {
         const int readError = errno;
         if (!isStdin) std::fclose(in);
         if (!ok) {
-            fail(MSG_Text("pvtool", "Cannot read %1: %2")
-                     .arg(QString::fromLocal8Bit(argv[i]),
-                          QString::fromLocal8Bit(oswSystemErrorText(readError).c_str())),
-                 kExitFailure);
+            failToRead(argv[i], readError);
             continue;
         }
         std::printf("%016" PRIx64 "  %s\n", crc, argv[i]);
@@ -209,6 +221,41 @@ int runFolders(int argc, char** argv) {
     return 0;
 }
 
+/// Prints each file's MD5 signature in md5sum's layout ("-" reads standard input). An
+/// empty file has no PL_FileSignature; its digest, that of no bytes, is printed all the same
+/// so that md5sum -c agrees.
+int runSign(int argc, char** argv) {
+    int first = 0;
+    if (!fileArguments(argc, argv, first)) return kExitUsage;
+    for (int i = first; i < argc; ++i) {
+        QByteArray digest;
+        errno = 0;
+        if (std::strcmp(argv[i], "-") == 0) {
+            QFile in;
+            QCryptographicHash md5(QCryptographicHash::Md5);
+            if (!in.open(stdin, QIODevice::ReadOnly) || !md5.addData(&in)) {
+                failToRead(argv[i], errno);
+                continue;
+            }
+            digest = md5.result();
+        } else {
+            const PL_FileSpec file{UT_String(QString::fromLocal8Bit(argv[i]))};
+            PL_FileSignature signature;
+            if (signature.computeSignature(file))
+                digest = QByteArray(reinterpret_cast<const char*>(signature.digest()), 16);
+            else if (QFile(file.GetFilePath().ToQString()).open(QIODevice::ReadOnly) &&
+                     file.GetFileLength() == 0)
+                digest = QCryptographicHash::hash(QByteArray(), QCryptographicHash::Md5);
+            if (digest.isEmpty()) {
+                failToRead(argv[i], errno ? errno : EIO);
+                continue;
+            }
+        }
+        std::printf("%s  %s\n", digest.toHex().constData(), argv[i]);
+    }
+    return 0;
+}
+
 /// Reads each file with the lexer; its syntax errors are reported as they are met, and a
 /// file with any is an error of its own, naming the file.
 int runLex(int argc, char** argv) {
@@ -232,9 +279,7 @@ int runLex(int argc, char** argv) {
         TULex lex;
         if (comma) lex.setCommaDriven(true);
         if (!lex.openFile(path)) {
-            fail(MSG_Text("pvtool", "Cannot read %1: %2")
-                     .arg(path, QString::fromLocal8Bit(oswSystemErrorText(errno).c_str())),
-                 kExitFailure);
+            failToRead(argv[i], errno);
             continue;
         }
         long tokens = 0;
@@ -268,6 +313,7 @@ int run(int argc, char** argv) {
     if (command == "remap") return runRemap(argc, argv);
     if (command == "folders") return runFolders(argc, argv);
     if (command == "lex") return runLex(argc, argv);
+    if (command == "sign") return runSign(argc, argv);
     if (isOption(argv[1])) return unknownOption(argv[1]);
     fail(MSG_Text("pvtool", "Unknown command '%1'.").arg(QString::fromLocal8Bit(argv[1])),
          kExitUsage);

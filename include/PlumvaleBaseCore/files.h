@@ -7,6 +7,7 @@
 #include <PlumvaleBaseCore/files/OSW_Pipe.h>
 #include <PlumvaleBaseCore/files/OSW_SystemError.h>
 #include <PlumvaleBaseCore/files/PL_FileSpec.h>
+#include <PlumvaleBaseCore/files/PL_FileUtil.h>
 #include <PlumvaleBaseCore/files/UT_Log.h>
 #include <PlumvaleBaseCore/files/UT_Path.h>
 #include <PlumvaleBaseCore/files/UT_RelPath.h>

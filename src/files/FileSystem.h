@@ -29,4 +29,7 @@ bool readRegularFile(const UT_String& path, std::size_t limit, QByteArray& out);
 /// or on a read error; a FIFO or device, whose length is 0, reads as empty.
 bool readWholeFile(const UT_String& path, QByteArray& out);
 
+/// Flushes the file or folder `path` to the disk (fsync): 0, or the negated errno.
+int syncPath(const UT_String& path);
+
 } // namespace plumvale::files

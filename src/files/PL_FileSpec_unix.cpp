@@ -244,6 +244,12 @@ bool readWholeFile(const UT_String& path, QByteArray& out) {
     return readUpTo(fd.get(), S_ISREG(st.st_mode) ? lengthOf(st) : 0, out);
 }
 
+int syncPath(const UT_String& path) {
+    const UniqueFd fd = openFd(path.utf8().c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY);
+    if (!fd) return negatedErrno();
+    return ::fsync(fd.get()) == 0 ? 0 : negatedErrno();
+}
+
 } // namespace plumvale::files
 
 int PL_FileSpec::Delete() const {

@@ -66,21 +66,11 @@ TEST(BAPP_Arguments, OutOfRangeReadsAreEmptyAndErasesDoNothing) {
     EXPECT_TRUE(*args.end() == QString());
     last.handled(0);
     EXPECT_EQ(args.size(), 1);
-}
 
-TEST(BAPP_Arguments, CopiesAreIndependentOnceChanged) {
-    const QStringList list{"a", "b", "c"};
-    BAPP_Arguments first(list);
-    BAPP_Arguments second = first;
-    second.erase(0);
-    EXPECT_EQ(first.list(), list);
-    EXPECT_EQ(second.list(), (QStringList{"b", "c"}));
-    // Iterators compare their list too, not only the index.
-    EXPECT_TRUE(first.begin() != second.begin());
-    BAPP_ArgumentIterator it = first.begin();
-    ++it;
-    --it;
-    EXPECT_TRUE(it == first.begin());
+    BAPP_Arguments copy = args; // copies part once either changes
+    copy.erase(0);
+    EXPECT_EQ(args.list(), QStringList{"a"});
+    EXPECT_TRUE(copy.begin() != args.begin()); // iterators compare their list too
 }
 
 TEST(BAPP_Arguments, ParseSkipsTheProgramNameAndReadsUtf8) {

@@ -131,21 +131,12 @@ TEST(UT_TimeUnits, NumberingSystems) {
 
 TEST(UT_TriState, StatesAndCombination) {
     EXPECT_TRUE(UT_TriState().isUnset());
-    EXPECT_TRUE(UT_TriState(true).isOn());
-    EXPECT_TRUE(UT_TriState(false).isOff());
-    EXPECT_TRUE(UT_TriState(-3).isOff());
-    EXPECT_TRUE(UT_TriState(0).isOff());
-    EXPECT_TRUE(UT_TriState(2).isOn());
-    UT_TriState on(true);
-    EXPECT_TRUE(UT_TriState(on).combine(UT_TriState(true)).isOn());
-    EXPECT_TRUE(UT_TriState(on).combine(UT_TriState()).isUnset());
-    EXPECT_TRUE(UT_TriState(on).combine(UT_TriState(false)).isUnset());
-    EXPECT_TRUE(UT_TriState().combine(UT_TriState()).isUnset());
-    EXPECT_TRUE(UT_TriState(on) == UT_TriState(7));
-    EXPECT_TRUE(UT_TriState(on) != UT_TriState());
+    EXPECT_TRUE(UT_TriState(-3).isOff() && UT_TriState(0).isOff() && UT_TriState(2).isOn());
+    EXPECT_TRUE(UT_TriState(true).combine(UT_TriState(true)).isOn());
+    EXPECT_TRUE(UT_TriState(true).combine(UT_TriState()).isUnset());
+    EXPECT_TRUE(UT_TriState(false).combine(UT_TriState(true)).isUnset());
 
     const UT_DynKey a, b;
     EXPECT_EQ(b.value(), a.value() + 1);
-    EXPECT_TRUE(a < b && !(b < a) && !(a == b));
     EXPECT_GE(a.value(), 1);
 }

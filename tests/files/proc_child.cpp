@@ -1,6 +1,7 @@
 // Helper of the process and pipe tests: behaves as its first argument says.
 #include <PlumvaleBaseCore/files/OSW_Pipe.h>
 #include <PlumvaleBaseCore/files/PL_FileSpec.h>
+#include <PlumvaleBaseCore/files/PL_FileUtil.h>
 
 #include <dirent.h>
 #include <unistd.h>
@@ -83,6 +84,16 @@ int main(int argc, char** argv) {
         const bool ok = pipe.writeData("one", 3) && pipe.writeData(big.data(), 3000) &&
                         pipe.writeData("three", 5);
         return ok ? 0 : 95;
+    }
+    if (mode == "lock" && argc > 2) { // holds an exclusive lock until its input ends
+        PL_FileUtil::FileLocker locker(QString::fromLocal8Bit(argv[2]), PL_FileUtil::ExclusiveLock);
+        if (!locker.isLocked()) return 96;
+        writeAll(1, "locked\n", 7);
+        char c;
+        while (::read(0, &c, 1) > 0) {
+        }
+        ::usleep(200000); // the parent is already waiting by now
+        return 0;
     }
     return 101;
 }

@@ -290,26 +290,18 @@ TEST(TULex, FilesAreReadWhole) {
     EXPECT_TRUE(missing == "kept");             // the lexer is as it was
 }
 
-TEST(TULex, IndentAndCompatibilitySetting) {
+TEST(TUIndent, TwoSpacesPerLevelNeverBelowZero) {
     TUIndent indent;
     std::ostringstream out;
-    ++indent;
     indent++;
+    ++indent;
     out << indent << "|";
-    --indent;
-    --indent;
-    --indent; // never below 0
-    out << indent << "|";
+    for (int i = 0; i < 3; ++i)
+        --indent;
     TUIndent off(false);
     ++off;
-    out << off << "|";
+    out << indent << "|" << off << "|";
     EXPECT_EQ(out.str(), "    |||");
-    EXPECT_EQ(off.level(), -1);
-
-    const auto value = static_cast<TULex::CompatWithVersion>(3);
-    EXPECT_EQ(TULex::compatWithVersion(true, value), value);
-    EXPECT_EQ(TULex::compatWithVersion(false, TULex::CompatNone), value);
-    TULex::compatWithVersion(true, TULex::CompatNone);
 }
 
 TEST(UT_Id, ReadFromLexerAndXml) {

@@ -74,3 +74,9 @@ run(0 "^${WORK_DIR}/good.cfg: 6 tokens, 3 lines\n$" lex --comma "${WORK_DIR}/goo
 run(3 "Syntax error at line 3:\n missing \" \\(open\n\\).*bad.cfg has syntax errors"
     lex "${WORK_DIR}/bad.cfg")
 run(1 "Cannot read .*none.cfg" lex "${WORK_DIR}/none.cfg" "${WORK_DIR}/bad.cfg")
+# Signatures in md5sum's layout, an empty file included; errors as for crc64.
+file(WRITE "${WORK_DIR}/empty.txt" "")
+run(0 "^25f9e794323b453885f5181f1b624d0b  ${WORK_DIR}/check.txt\nd41d8cd98f00b204e9800998ecf8427e  ${WORK_DIR}/empty.txt\n$"
+    sign "${WORK_DIR}/check.txt" "${WORK_DIR}/empty.txt")
+run(1 "missing.bin: No such file" sign "${WORK_DIR}/missing.bin")
+run(2 "Unknown option '-x'" sign -x)
