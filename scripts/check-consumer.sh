@@ -32,11 +32,11 @@ cmake -S . -B build/static -G Ninja -DCMAKE_BUILD_TYPE=Release -DBUILD_SHARED_LI
 cmake --build build/static > /dev/null
 cmake --install build/static --prefix "$static_prefix" > /dev/null
 set +e
-french=$("$static_prefix/bin/pvtool" --lang=fr crc64 "$work/missing.bin" 2>&1)
+french=$("$static_prefix/bin/pvtool" -nologo -lang fr crc64 "$work/missing.bin" 2>&1)
 status=$?
 set -e
 [[ $status == 1 && $french == "pvtool: Impossible de lire "* ]] ||
-    { echo "static pvtool --lang=fr: exit $status, '$french'"; exit 1; }
+    { echo "static pvtool -lang fr: exit $status, '$french'"; exit 1; }
 cmake -S tests/consumer -B "$work/static" -G Ninja -DCMAKE_PREFIX_PATH="$static_prefix" > /dev/null
 cmake --build "$work/static" > /dev/null
 "$work/static/consumer" | tee "$work/static.out"
