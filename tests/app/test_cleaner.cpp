@@ -46,12 +46,22 @@ struct ChildResult {
 ChildResult runChild(const char* how, const QString& dir, const QString& key) {
     const std::string errPath = (dir + "/stderr.txt").toStdString();
     const std::string dirText = dir.toStdString(), keyText = key.toStdString();
+    // Sanitizers keep their hands off the faults, so the child dies as a plain build would;
+    // options already set (a test preset's) are kept before ours, which then win.
+    const std::string hands = ":handle_segv=0:handle_abort=0:handle_sigill=0";
+    std::string asan = "ASAN_OPTIONS=" + hands, ubsan = "UBSAN_OPTIONS=" + hands;
     std::vector<std::string> env;
-    for (char** e = environ; *e; ++e)
-        env.emplace_back(*e);
-    // Sanitizers keep their hands off the faults, so the child dies as a plain build would.
-    env.emplace_back("ASAN_OPTIONS=handle_segv=0:handle_abort=0:handle_sigill=0");
-    env.emplace_back("UBSAN_OPTIONS=handle_segv=0:handle_abort=0:handle_sigill=0");
+    for (char** e = environ; *e; ++e) {
+        const std::string entry = *e;
+        if (entry.rfind("ASAN_OPTIONS=", 0) == 0)
+            asan = entry + hands;
+        else if (entry.rfind("UBSAN_OPTIONS=", 0) == 0)
+            ubsan = entry + hands;
+        else
+            env.push_back(entry);
+    }
+    env.push_back(asan);
+    env.push_back(ubsan);
     std::vector<char*> envp;
     for (std::string& e : env)
         envp.push_back(e.data());
