@@ -30,7 +30,7 @@ QByteArray readFile(const QString& path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
 }
 
-PL_FileSpec spec(const QString& path) {
+PL_FileSpec fileSpec(const QString& path) {
     return PL_FileSpec(UT_String(path));
 }
 
@@ -90,7 +90,7 @@ TEST(FileLocker, AnotherProcessHoldingTheLock) {
 TEST(PL_FileUtil, SafeReplacementSequence) {
     QTemporaryDir dir;
     const QString name = dir.filePath("scene.pvs");
-    const PL_FileSpec file = spec(name);
+    const PL_FileSpec file = fileSpec(name);
     EXPECT_EQ(NewFileSpec(file).GetFilePath().ToQString(), name + "+");
     EXPECT_TRUE(BackupFile(file)); // nothing to save
     EXPECT_FALSE(QFileInfo::exists(name + "~"));
@@ -128,7 +128,7 @@ TEST(PL_FileSignature, DigestsAndTheirOrder) {
     for (const Case& c : cases) {
         writeFile(dir.filePath("f"), c.bytes);
         PL_FileSignature signature;
-        ASSERT_TRUE(signature.computeSignature(spec(dir.filePath("f"))));
+        ASSERT_TRUE(signature.computeSignature(fileSpec(dir.filePath("f"))));
         EXPECT_EQ(QByteArray(reinterpret_cast<const char*>(signature.digest()), 16).toHex(), c.md5);
     }
     // Longer than one read piece.
@@ -136,18 +136,18 @@ TEST(PL_FileSignature, DigestsAndTheirOrder) {
     big[123456] = 'z';
     writeFile(dir.filePath("big"), big);
     PL_FileSignature bigSignature;
-    ASSERT_TRUE(bigSignature.computeSignature(spec(dir.filePath("big"))));
+    ASSERT_TRUE(bigSignature.computeSignature(fileSpec(dir.filePath("big"))));
     EXPECT_EQ(QByteArray(reinterpret_cast<const char*>(bigSignature.digest()), 16),
               QCryptographicHash::hash(big, QCryptographicHash::Md5));
 
     writeFile(dir.filePath("empty"), QByteArray());
     PL_FileSignature empty, missing, other;
-    EXPECT_FALSE(empty.computeSignature(spec(dir.filePath("empty"))));
-    EXPECT_FALSE(missing.computeSignature(spec(dir.filePath("missing"))));
+    EXPECT_FALSE(empty.computeSignature(fileSpec(dir.filePath("empty"))));
+    EXPECT_FALSE(missing.computeSignature(fileSpec(dir.filePath("missing"))));
     EXPECT_TRUE(empty == missing);
     EXPECT_TRUE(empty < missing && missing < empty); // kept as the family's programs order
     EXPECT_TRUE(empty < bigSignature && !(bigSignature < empty));
-    other.computeSignature(spec(dir.filePath("f")));
+    other.computeSignature(fileSpec(dir.filePath("f")));
     EXPECT_TRUE(other != bigSignature);
     EXPECT_NE(other < bigSignature, bigSignature < other);
 }
