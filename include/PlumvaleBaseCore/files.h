@@ -13,3 +13,4 @@
 #include <PlumvaleBaseCore/files/UT_RelPath.h>
 #include <PlumvaleBaseCore/files/oswRemapPath.h>
 #include <PlumvaleBaseCore/files/oswUtil.h>
+#include <PlumvaleBaseCore/files/tufile.h>

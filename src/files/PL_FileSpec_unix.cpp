@@ -193,7 +193,7 @@ QString userTempRoot() {
 
 int makeFolder(const UT_String& path) {
     const std::string bytes = path.utf8();
-    if (::mkdir(bytes.c_str(), 0777) == 0) return 0;
+    if (retryOnEintr([&] { return ::mkdir(bytes.c_str(), 0777); }) == 0) return 0;
     const int error = errno;
     struct stat st;
     if (error != EEXIST) return -error;
@@ -247,7 +247,7 @@ bool readWholeFile(const UT_String& path, QByteArray& out) {
 int syncPath(const UT_String& path) {
     const UniqueFd fd = openFd(path.utf8().c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY);
     if (!fd) return negatedErrno();
-    return ::fsync(fd.get()) == 0 ? 0 : negatedErrno();
+    return retryOnEintr([&] { return ::fsync(fd.get()); }) == 0 ? 0 : negatedErrno();
 }
 
 } // namespace plumvale::files
@@ -255,60 +255,31 @@ int syncPath(const UT_String& path) {
 int PL_FileSpec::Delete() const {
     const std::string path = m_path.utf8();
     ResetInfo();
-    if (::unlink(path.c_str()) == 0) return 0;
+    if (retryOnEintr([&] { return ::unlink(path.c_str()); }) == 0) return 0;
     const int error = errno;
     struct stat st;
     // unlink refuses folders (EISDIR on Linux, EPERM by POSIX): those go through rmdir.
     if ((error == EISDIR || error == EPERM) && ::lstat(path.c_str(), &st) == 0 &&
         S_ISDIR(st.st_mode))
-        return ::rmdir(path.c_str()) == 0 ? 0 : negatedErrno();
+        return retryOnEintr([&] { return ::rmdir(path.c_str()); }) == 0 ? 0 : negatedErrno();
     return -error;
 }
 
 int PL_FileSpec::Move(const PL_FileSpec& to) const {
     ResetInfo();
     to.ResetInfo();
-    return ::rename(m_path.utf8().c_str(), to.m_path.utf8().c_str()) == 0 ? 0 : negatedErrno();
+    const std::string from = m_path.utf8(), target = to.m_path.utf8();
+    return retryOnEintr([&] { return ::rename(from.c_str(), target.c_str()); }) == 0
+               ? 0
+               : negatedErrno();
 }
-
-namespace {
-
-// Copies the rest of `in` to `out`: in the kernel where the file systems allow it, else
-// through a buffer. 0 or the negated errno.
-int copyContents(int in, int out) {
-    for (;;) {
-        const ssize_t n =
-            retryOnEintr([&] { return ::copy_file_range(in, nullptr, out, nullptr, 1 << 30, 0); });
-        if (n == 0) return 0;
-        if (n > 0) continue;
-        if (errno == EXDEV || errno == ENOSYS || errno == EINVAL || errno == EOPNOTSUPP) break;
-        return negatedErrno();
-    }
-    std::vector<char> buffer(1 << 16);
-    for (;;) {
-        const ssize_t n = readSome(in, buffer.data(), buffer.size());
-        if (n <= 0) return static_cast<int>(n);
-        if (const int r = writeAll(out, buffer.data(), static_cast<std::size_t>(n))) return r;
-    }
-}
-
-} // namespace
 
 int PL_FileSpec::Copy(const PL_FileSpec& to, bool overwrite) const {
-    const UniqueFd in = openFd(m_path.utf8().c_str(), O_RDONLY);
-    if (!in) return negatedErrno();
-    struct stat st;
-    if (::fstat(in.get(), &st) != 0) return negatedErrno();
-    if (S_ISDIR(st.st_mode)) return -EISDIR;
-    const int flags = O_WRONLY | O_CREAT | O_TRUNC | (overwrite ? 0 : O_EXCL);
-    UniqueFd out = openFd(to.m_path.utf8().c_str(), flags, st.st_mode & 07777);
-    if (!out) return negatedErrno();
-    int result = copyContents(in.get(), out.get());
-    // The target's permissions follow the source's, whatever the umask did at creation.
-    if (result == 0 && ::fchmod(out.get(), st.st_mode & 07777) != 0) result = negatedErrno();
-    const int closed = out.close();
+    using plumvale::files::ExistingTarget;
+    const int result = plumvale::files::copyFile(
+        m_path, to.m_path, overwrite ? ExistingTarget::Overwrite : ExistingTarget::Refuse);
     to.ResetInfo();
-    return result != 0 ? result : closed;
+    return result;
 }
 
 int PL_FileSpec::Exchange(const PL_FileSpec& other) const {

@@ -21,10 +21,10 @@ bool isReadable(const PL_FileSpec& file) {
     return file.TestAccess(false) == 0;
 }
 
-// Makes a rename in the file's folder durable.
-void syncFolderOf(const PL_FileSpec& file) {
+// Makes a rename in the file's folder durable: true when it is.
+bool syncFolderOf(const PL_FileSpec& file) {
     PL_FileSpec folder(file);
-    plumvale::files::syncPath(folder.Up() ? folder.GetFilePath() : UT_String("."));
+    return plumvale::files::syncPath(folder.Up() ? folder.GetFilePath() : UT_String(".")) == 0;
 }
 
 } // namespace
@@ -42,10 +42,8 @@ bool BackupFile(const PL_FileSpec& file) {
     if ((backup.IsExists() || backup.IsSymbolicLink()) && backup.Delete() != 0) return false;
     // The new bytes reach the disk before the old file leaves its name.
     const PL_FileSpec fresh = NewFileSpec(file);
-    if (isReadable(fresh)) plumvale::files::syncPath(fresh.GetFilePath());
-    if (file.Move(backup) != 0) return false;
-    syncFolderOf(file);
-    return true;
+    if (isReadable(fresh) && plumvale::files::syncPath(fresh.GetFilePath()) != 0) return false;
+    return file.Move(backup) == 0 && syncFolderOf(file);
 }
 
 bool RestoreBackupFile(const PL_FileSpec& file, bool overwrite) {
@@ -56,10 +54,8 @@ bool RestoreBackupFile(const PL_FileSpec& file, bool overwrite) {
 bool RenameNewFile(const PL_FileSpec& file) {
     const PL_FileSpec fresh = NewFileSpec(file);
     if (!isReadable(fresh) || isReadable(file)) return false;
-    plumvale::files::syncPath(fresh.GetFilePath());
-    if (fresh.Move(file) != 0) return false;
-    syncFolderOf(file);
-    return true;
+    if (plumvale::files::syncPath(fresh.GetFilePath()) != 0) return false;
+    return fresh.Move(file) == 0 && syncFolderOf(file);
 }
 
 } // namespace PL_FileUtil

@@ -57,6 +57,38 @@ UtcTime utcNow() {
             static_cast<int>(now.tv_nsec / 1000000)};
 }
 
+namespace detail {
+
+std::atomic<bool> g_callHookSet{false};
+
+namespace {
+std::atomic<CallHook> g_hook{nullptr};
+std::atomic<void*> g_context{nullptr};
+std::atomic<long> g_calls{0};
+thread_local bool t_inHook = false;
+} // namespace
+
+int runCallHook() noexcept {
+    const CallHook hook = g_hook.load();
+    if (!hook || t_inHook) return 0;
+    t_inHook = true;
+    const int saved = errno;
+    const int result = hook(++g_calls, g_context.load());
+    errno = saved;
+    t_inHook = false;
+    return result;
+}
+
+} // namespace detail
+
+void setCallHook(CallHook hook, void* context) {
+    detail::g_hook.store(nullptr);
+    detail::g_calls.store(0);
+    detail::g_context.store(context);
+    detail::g_hook.store(hook);
+    detail::g_callHookSet.store(hook != nullptr);
+}
+
 void UniqueFd::reset(int fd) noexcept {
     if (m_fd >= 0) ::close(m_fd);
     m_fd = fd < 0 ? -1 : fd;

@@ -1,12 +1,16 @@
 // Internal: the Unix support layer: EINTR retry, -errno results and descriptor ownership.
 //
 // Conventions for every `_unix` file of the library:
-// - a call that can be interrupted by a signal goes through retryOnEintr();
+// - every system call goes through retryOnEintr(), which retries it after a signal and
+//   lets a test's call hook make it fail (setCallHook());
 // - a failure is returned as the negated errno (negatedErrno()), success as 0 or a count;
 // - every descriptor is opened close-on-exec (openFd() adds O_CLOEXEC) and held by a
 //   UniqueFd, so that each error path closes it exactly once.
 #pragma once
 
+#include <PlumvaleBaseCore/PlumvaleBaseCore_export.h>
+
+#include <atomic>
 #include <cerrno>
 #include <cstddef>
 #include <sys/types.h>
@@ -14,10 +18,33 @@
 
 namespace plumvale::platform {
 
+/// A test's view of the library's system calls: called before each call made through
+/// retryOnEintr() with the number of calls seen since the hook was set (from 1). It returns
+/// 0 to let the call run, or an errno value that the call then fails with, unmade. It may
+/// also act on the disk (swap a folder for a link) or end the process. Calls made by the
+/// hook itself are not seen.
+using CallHook = int (*)(long call, void* context);
+
+/// Sets (or, with null, removes) the process's call hook; a test seam, not for applications.
+PLUMVALE_EXPORT void setCallHook(CallHook hook, void* context);
+
+namespace detail {
+extern std::atomic<bool> g_callHookSet;
+/// Runs the hook, when one is set and the thread is not already inside it.
+int runCallHook() noexcept;
+} // namespace detail
+
 /// Calls `call()` again while it fails with EINTR; returns its first other result. `call`
 /// returns a signed count or status where a negative value means failure with `errno` set.
+/// With a call hook set, the hook may fail the call first.
 template <typename Call>
 auto retryOnEintr(Call call) {
+    if (detail::g_callHookSet.load(std::memory_order_relaxed)) {
+        if (const int error = detail::runCallHook()) {
+            errno = error;
+            return decltype(call())(-1);
+        }
+    }
     for (;;) {
         const auto r = call();
         if (r >= 0 || errno != EINTR) return r;

@@ -2,6 +2,9 @@
 #include <PlumvaleBaseCore/files/OSW_Pipe.h>
 #include <PlumvaleBaseCore/files/PL_FileSpec.h>
 #include <PlumvaleBaseCore/files/PL_FileUtil.h>
+#include <PlumvaleBaseCore/files/tufile.h>
+
+#include "platform/Unix.h"
 
 #include <dirent.h>
 #include <unistd.h>
@@ -93,6 +96,17 @@ int main(int argc, char** argv) {
         while (::read(0, &c, 1) > 0) {
         }
         ::usleep(200000); // the parent is already waiting by now
+        return 0;
+    }
+    if (mode == "replace" && argc > 3) { // updateFile, killed at the Nth system call
+        static long killAt = std::atol(argv[3]);
+        plumvale::platform::setCallHook(
+            [](long call, void*) {
+                if (call == killAt) std::raise(SIGKILL);
+                return 0;
+            },
+            nullptr);
+        tufile::updateFile(QString::fromLocal8Bit(argv[2]), "old", "new");
         return 0;
     }
     return 101;

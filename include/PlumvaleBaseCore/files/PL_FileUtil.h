@@ -53,8 +53,9 @@ private:
 };
 
 /// Renames the file to its backup "<name>~" (an old backup is deleted first), after
-/// syncing the new copy NewFileSpec() when there is one. True when the file is not readable
-/// (nothing to save) or the rename succeeded.
+/// syncing the new copy NewFileSpec() when there is one, and syncs the folder. True when the
+/// file is not readable (nothing to save) or every step succeeded; a failed sync is a
+/// failure, since the bytes may not have reached the disk.
 PLUMVALE_EXPORT bool BackupFile(const PL_FileSpec& file);
 /// Copies the backup back over the file (`overwrite` as PL_FileSpec::Copy takes it); false
 /// when there is no readable backup or the copy fails.
@@ -62,7 +63,8 @@ PLUMVALE_EXPORT bool RestoreBackupFile(const PL_FileSpec& file, bool overwrite);
 /// Where new content is written: the same folder, the name followed by "+".
 PLUMVALE_EXPORT PL_FileSpec NewFileSpec(const PL_FileSpec& file);
 /// Renames the synced new copy "<name>+" to the name, when it is readable and the name is
-/// not (BackupFile moved the old file away), then syncs the folder; false otherwise.
+/// not (BackupFile moved the old file away), then syncs the folder; false otherwise (a
+/// failed sync included).
 ///
 /// The sequence: write NewFileSpec(f), BackupFile(f), RenameNewFile(f), and on failure
 /// RestoreBackupFile(f, true). A crash at any step leaves the old or the new bytes under the
