@@ -32,6 +32,9 @@ PAIRS = [
     ("bench_execute", "ExecmTrue", "ForkExecTrue"),
     ("bench_execute", "ExecmTrue", "QProcessTrue"),
     ("bench_execute", "ExecmTrue/2048", "ExecmTrue/0"),
+    ("bench_files", "CopyTufile", "CopyCp"),
+    ("bench_files", "CopyTufile", "CopyCpSynced"),
+    ("bench_files", "SignatureFile", "SignatureOpenSsl"),
 ]
 
 

@@ -6,7 +6,7 @@ packages=(
   build-essential cmake ninja-build pkg-config clang libclang-rt-14-dev clang-format python3
   qt6-base-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools libgl-dev libxkbcommon-dev
   qtbase5-dev qttools5-dev qttools5-dev-tools
-  libtbb-dev libgtest-dev libgmock-dev libbenchmark-dev libeigen3-dev
+  libtbb-dev libgtest-dev libgmock-dev libbenchmark-dev libeigen3-dev libssl-dev
 )
 
 missing=()
