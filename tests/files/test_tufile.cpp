@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -493,4 +494,28 @@ TEST(tufile, KilledDuringReplacement) {
                         (now == "<missing>" && readFile(f + "~") == "old payload"))
                 << "killed at call " << n << ": " << now.constData();
         }
+}
+
+// In a widget application the user's input is kept from its windows while a shell-style
+// operation runs, and given back afterwards.
+TEST(tufile, ShellOperationsBlockInputInAWidgetApplication) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    int argc = 1;
+    char name[] = "files_tests";
+    char* argv[] = {name, nullptr};
+    QApplication app(argc, argv);
+    QTemporaryDir tmp;
+    QDir().mkpath(tmp.path() + "/tree/sub");
+    bool blocked = true;
+    {
+        Hook watch([&](long) {
+            blocked = blocked && QApplication::activeModalWidget() != nullptr;
+            return 0;
+        });
+        tufile::RmDir(tmp.path() + "/tree");
+        EXPECT_GT(watch.calls, 3);
+    }
+    EXPECT_TRUE(blocked);
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+    EXPECT_TRUE(QApplication::topLevelWidgets().isEmpty());
 }
