@@ -13,6 +13,8 @@
 #include <PlumvaleBaseCore/app/PLUG_Interfaces.h>
 #include <PlumvaleBaseCore/app/PL_AppLock.h>
 #include <PlumvaleBaseCore/app/PL_Mutex.h>
+#include <PlumvaleBaseCore/app/PL_PostMessage.h>
+#include <PlumvaleBaseCore/app/PL_Timer.h>
 #include <PlumvaleBaseCore/app/ST_Params.h>
 #include <PlumvaleBaseCore/app/UT_DynKey.h>
 #include <PlumvaleBaseCore/app/UT_Id.h>

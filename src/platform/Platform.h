@@ -31,6 +31,9 @@ std::string executablePath();
 /// Gives the rest of the calling thread's time slice to another ready thread, if any.
 void yieldThread();
 
+/// The monotonic clock's finest period in nanoseconds (at least 1).
+long long monotonicResolutionNs();
+
 /// A moment of the calendar in UTC, broken down as the system clock gives it.
 struct UtcTime {
     int year;        ///< e.g. 2026

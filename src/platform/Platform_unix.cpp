@@ -2,6 +2,7 @@
 #include "platform/Platform.h"
 #include "platform/Unix.h"
 
+#include <algorithm>
 #include <cstring>
 #include <ctime>
 #include <fcntl.h>
@@ -41,6 +42,12 @@ std::string executablePath() {
 
 void yieldThread() {
     ::sched_yield();
+}
+
+long long monotonicResolutionNs() {
+    struct timespec res;
+    if (::clock_getres(CLOCK_MONOTONIC, &res) != 0) return 1;
+    return std::max<long long>(1, res.tv_sec * 1000000000LL + res.tv_nsec);
 }
 
 UtcTime utcNow() {
