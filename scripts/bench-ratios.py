@@ -35,6 +35,8 @@ PAIRS = [
     ("bench_files", "CopyTufile", "CopyCp"),
     ("bench_files", "CopyTufile", "CopyCpSynced"),
     ("bench_files", "SignatureFile", "SignatureOpenSsl"),
+    ("bench_timers", "PeriodicPLTimer", "PeriodicTimerfd"),
+    ("bench_timers", "PeriodicPLTimer", "PeriodicQTimerPrecise"),
 ]
 
 

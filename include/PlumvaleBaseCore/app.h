@@ -12,9 +12,11 @@
 #include <PlumvaleBaseCore/app/OSW_Lang.h>
 #include <PlumvaleBaseCore/app/PLUG_Interfaces.h>
 #include <PlumvaleBaseCore/app/PL_AppLock.h>
+#include <PlumvaleBaseCore/app/PL_DeviceContext.h>
 #include <PlumvaleBaseCore/app/PL_Mutex.h>
 #include <PlumvaleBaseCore/app/PL_PostMessage.h>
 #include <PlumvaleBaseCore/app/PL_Timer.h>
+#include <PlumvaleBaseCore/app/PL_Window.h>
 #include <PlumvaleBaseCore/app/ST_Params.h>
 #include <PlumvaleBaseCore/app/UT_DynKey.h>
 #include <PlumvaleBaseCore/app/UT_Id.h>
