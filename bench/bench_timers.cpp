@@ -91,11 +91,11 @@ void PeriodicTimerfd(benchmark::State& state) {
     for (auto _ : state) {
         Lateness lateness;
         const int fd = ::timerfd_create(CLOCK_MONOTONIC, TFD_CLOEXEC);
-        struct itimerspec spec = {};
-        spec.it_interval.tv_nsec = 10000000;
-        spec.it_value.tv_nsec = 10000000;
+        struct itimerspec every10ms = {};
+        every10ms.it_interval.tv_nsec = 10000000;
+        every10ms.it_value.tv_nsec = 10000000;
         lateness.start();
-        ::timerfd_settime(fd, 0, &spec, nullptr);
+        ::timerfd_settime(fd, 0, &every10ms, nullptr);
         while (!lateness.done(runSeconds())) {
             std::uint64_t expirations = 0;
             if (::read(fd, &expirations, sizeof expirations) != sizeof expirations) break;

@@ -234,7 +234,9 @@ void PL_TimerManager::Idle() {
         }
         PL_Timer* timer = data->timer;
         if (!timer) {
-            delete data; // stopped while queued
+            // Stopped while queued: Stop left the record pending, so it leaves both here.
+            eraseFromPendingTimers(data->id);
+            delete data;
             continue;
         }
         if (data->oneShot) {
