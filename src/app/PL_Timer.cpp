@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstdint>
 #include <new>
 
 namespace {
@@ -31,7 +32,8 @@ public:
 };
 
 constexpr int kPoolSlots = 256;
-alignas(ExpiryEvent) unsigned char g_pool[kPoolSlots][sizeof(ExpiryEvent)];
+constexpr std::size_t kSlot = sizeof(ExpiryEvent); // a multiple of its alignment
+alignas(ExpiryEvent) unsigned char g_pool[kPoolSlots * kSlot];
 int g_free[kPoolSlots];
 int g_freeCount = -1; // -1: the free list is not filled yet
 std::mutex g_poolLock;
@@ -44,16 +46,17 @@ void* ExpiryEvent::operator new(std::size_t size) {
                 g_free[i] = kPoolSlots - 1 - i;
             g_freeCount = kPoolSlots;
         }
-        if (size <= sizeof(ExpiryEvent) && g_freeCount > 0) return g_pool[g_free[--g_freeCount]];
+        if (size <= kSlot && g_freeCount > 0) return g_pool + g_free[--g_freeCount] * kSlot;
     }
     return ::operator new(size);
 }
 
 void ExpiryEvent::operator delete(void* p) noexcept {
-    const auto* bytes = static_cast<unsigned char*>(p);
-    if (bytes >= g_pool[0] && bytes < g_pool[0] + sizeof g_pool) {
+    const auto address = reinterpret_cast<std::uintptr_t>(p);
+    const auto first = reinterpret_cast<std::uintptr_t>(g_pool);
+    if (address >= first && address < first + sizeof g_pool) {
         const std::lock_guard<std::mutex> lock(g_poolLock);
-        g_free[g_freeCount++] = static_cast<int>((bytes - g_pool[0]) / sizeof(ExpiryEvent));
+        g_free[g_freeCount++] = static_cast<int>((address - first) / kSlot);
         return;
     }
     ::operator delete(p);
