@@ -69,7 +69,10 @@ class ExpiryFilter : public QObject {
 public:
     using QObject::QObject;
     bool eventFilter(QObject* watched, QEvent* event) override {
-        if (event->type() != kExpiryType) return QObject::eventFilter(watched, event);
+        // On the application object the filter sees every object's events: only the
+        // receiver's own are expiries.
+        if (event->type() != kExpiryType || watched != parent())
+            return QObject::eventFilter(watched, event);
         PL_TimerManager::GetInstance()->HandleTimingEvent(static_cast<ExpiryEvent*>(event)->id);
         return true;
     }
