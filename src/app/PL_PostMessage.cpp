@@ -8,6 +8,7 @@
 #include <QObject>
 
 #include <atomic>
+#include <mutex>
 
 namespace {
 
@@ -76,6 +77,10 @@ void PL_PostMessage(PL_PostMessageAction* action) {
         delete action; // not initialised, or cleaned up: dropped on purpose
         return;
     }
+    // Qt locks its queue itself; posting under a lock of ours as well keeps the order
+    // visible to race checkers, which cannot see inside an uninstrumented Qt.
+    static std::mutex posting;
+    const std::lock_guard<std::mutex> lock(posting);
     QCoreApplication::postEvent(
         app, new _PL_PostedEvent(static_cast<QEvent::Type>(g_eventType.load()), action));
 }
