@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 using namespace Math;
 using Constants::Boundary;
 using Constants::Closed;
@@ -209,4 +211,26 @@ TEST(Box3d, ClosedRulesAndCorners) {
     EXPECT_EQ(Box3d(Box2d(Point2d(0, 0), Point2d(1, 1))).depth(), 0.0);
     EXPECT_TRUE(Box3d(Box2d()).isEmpty());
     EXPECT_TRUE(b.asBox2d().IsContaining(Point2d(-1, 0)));
+}
+
+TEST(NanChecks, AngleBox3dRect) {
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double inf = std::numeric_limits<double>::infinity();
+    for (int i = 0; i < 4; ++i) {
+        Rect2d r(1, 2, 3, 4);
+        (&r.left)[i] = nan;
+        EXPECT_TRUE(r.hasNan() && !r.hasInfinity() && r.hasNanOrInfinity());
+        (&r.left)[i] = -inf;
+        EXPECT_TRUE(!r.hasNan() && r.hasInfinity() && r.hasNanOrInfinity());
+    }
+    for (int i = 0; i < 3; ++i) {
+        Angle3d a;
+        a(static_cast<Axis3d>(i)) = inf;
+        EXPECT_TRUE(a.hasInfinity() && !a.hasNan());
+        Point3d p(1, 2, 3);
+        p(static_cast<Axis3d>(i)) = nan;
+        EXPECT_TRUE(Box3d(p).hasNan() && !Box3d(p).hasInfinity());
+    }
+    EXPECT_FALSE(Rect2d(1, 2, 3, 4).hasNanOrInfinity() || Angle3d(1, 2, 3).hasNanOrInfinity() ||
+                 Box3d(Point3d(1, 2, 3)).hasNanOrInfinity());
 }

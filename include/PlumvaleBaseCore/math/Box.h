@@ -142,6 +142,12 @@ public:
     /// The closed box spanned by the two corners.
     Box2d GetBox() const;
     /// @{
+    /// Tests of the four coordinates: NaN, an infinity, either of them.
+    bool hasNan() const { return detail::anyNan(&left, 4); }
+    bool hasInfinity() const { return detail::anyInfinity(&left, 4); }
+    bool hasNanOrInfinity() const { return hasNan() || hasInfinity(); }
+    /// @}
+    /// @{
     /// Exact comparison of the four coordinates as stored.
     bool operator==(const Rect2d& r) const {
         return left == r.left && top == r.top && right == r.right && bottom == r.bottom;
@@ -331,6 +337,12 @@ public:
     bool asArray(Point3d corners[8]) const;
     /// Closed box of the x/y extent; empty when this box is.
     Box2d asBox2d() const;
+    /// @{
+    /// Tests of the two corners' coordinates (an empty box included): NaN, an infinity, either.
+    bool hasNan() const { return m_min.hasNan() || m_max.hasNan(); }
+    bool hasInfinity() const { return m_min.hasInfinity() || m_max.hasInfinity(); }
+    bool hasNanOrInfinity() const { return hasNan() || hasInfinity(); }
+    /// @}
 
     /// @{
     /// Compares the corners only; the empty flag is not compared, as in Box2d.

@@ -333,6 +333,12 @@ public:
     /// @}
     /// Whether all three angles are exactly 0.
     bool isIdentity() const { return x == 0 && y == 0 && z == 0; }
+    /// @{
+    /// Tests of the three angles: NaN, an infinity, either of them.
+    bool hasNan() const { return detail::anyNan(&x, 3); }
+    bool hasInfinity() const { return detail::anyInfinity(&x, 3); }
+    bool hasNanOrInfinity() const { return hasNan() || hasInfinity(); }
+    /// @}
     /// The three angles as a vector.
     Vector3d toVector3d() const { return {x, y, z}; }
     /// @{
