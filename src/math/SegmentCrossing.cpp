@@ -58,11 +58,12 @@ bool crossNonColinear(const SegmentEnds& first, const SegmentEnds& second, Cross
     if (reversed) out.type = -out.type;
     out.t = nt == det ? 1 : nt / det;
     out.u = nu == det ? 1 : nu / det;
-    out.point = first.from + d1 * out.t;
+    // At the to end the point is that end itself, not from + d1 rounded.
+    out.point = out.t == 1 ? first.to : first.from + d1 * out.t;
     return true;
 }
 
-bool overlapColinear(const SegmentEnds& first, const SegmentEnds& second, Point2d& start) {
+bool overlapColinear(const SegmentEnds& first, const SegmentEnds& second, Overlap& out) {
     const Vector2d d1 = first.to - first.from;
     const Vector2d d2 = second.to - second.from;
     if ((d1.x == 0 && d1.y == 0) || (d2.x == 0 && d2.y == 0)) return false;
@@ -86,10 +87,21 @@ bool overlapColinear(const SegmentEnds& first, const SegmentEnds& second, Point2
             !within(lo, argLo, argLoClosed, argHi, argHiClosed))
             return false;
     }
-    if (lo == 0)
-        start = first.from;
-    else
-        start = ascending ? second.from : second.to;
+    const Point2d& argLoPoint = ascending ? second.from : second.to;
+    const Point2d& argHiPoint = ascending ? second.to : second.from;
+    out.start = lo == 0 ? first.from : argLoPoint;
+    out.end = hi == length ? first.to : argHiPoint;
+    out.tStart = lo == 0 ? 0 : lo / length;
+    out.tEnd = hi == length ? 1 : hi / length;
+    // Along the second segment the ratio of a point is exact at that segment's own ends.
+    const double length2 = d2 * d2;
+    const auto ratio2 = [&](const Point2d& p) {
+        if (p == second.from) return 0.0;
+        if (p == second.to) return 1.0;
+        return ((p - second.from) * d2) / length2;
+    };
+    out.uStart = ratio2(out.start);
+    out.uEnd = ratio2(out.end);
     return true;
 }
 
@@ -117,7 +129,10 @@ bool Point2d::GetClosedIntersection(const Point2d& a, const Point2d& b, const Po
     const detail::SegmentEnds second{c, d, true, true};
     // Only parallel pairs reach the overlap test: a crossing pair that missed stays missed.
     if ((b - a).GetDeterminant(d - c) != 0) return false;
-    return detail::overlapColinear(first, second, meeting);
+    detail::Overlap overlap;
+    if (!detail::overlapColinear(first, second, overlap)) return false;
+    meeting = overlap.start;
+    return true;
 }
 
 bool Point2d::GetNonColinearClosedIntersection(const Point2d& a, const Point2d& b, const Point2d& c,

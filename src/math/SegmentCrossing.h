@@ -31,9 +31,17 @@ struct Crossing {
 /// meet; `out` is reset first either way.
 bool crossNonColinear(const SegmentEnds& first, const SegmentEnds& second, Crossing& out);
 
+/// The common part of two collinear segments, from its end nearest first.from.
+struct Overlap {
+    Point2d start;               ///< the end nearest first.from
+    Point2d end;                 ///< the other end (equal to start for a single shared point)
+    double tStart = 0, tEnd = 0; ///< ratios along the first segment, exact at its own ends
+    double uStart = 0, uEnd = 0; ///< ratios along the second segment, exact at its own ends
+};
+
 /// For segments with d1 x d2 = 0: false when either is degenerate or they lie on distinct
 /// lines; otherwise whether their overlap is non-empty (a shared end counts only when both
-/// ends are closed), with in `start` the overlap's end nearest first.from.
-bool overlapColinear(const SegmentEnds& first, const SegmentEnds& second, Point2d& start);
+/// ends are closed), described in `out`.
+bool overlapColinear(const SegmentEnds& first, const SegmentEnds& second, Overlap& out);
 
 } // namespace Math::detail

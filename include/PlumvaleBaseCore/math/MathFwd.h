@@ -42,7 +42,12 @@ class Matrix2x2;
 class Matrix2x3;
 class Matrix4x4;
 class Quat;
+class Segment2d;
 class Segment3d;
+class Line2d;
+class Line3d;
+class Circle2d;
+class Plane3d;
 class TexturedPoint2d;
 class TexturedPoint4d;
 /// @}
