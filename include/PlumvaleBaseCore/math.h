@@ -8,6 +8,7 @@
 #include <PlumvaleBaseCore/math/Matrix2x3.h>
 #include <PlumvaleBaseCore/math/Matrix4x4.h>
 #include <PlumvaleBaseCore/math/Plane3d.h>
+#include <PlumvaleBaseCore/math/Polyline.h>
 #include <PlumvaleBaseCore/math/Quat.h>
 #include <PlumvaleBaseCore/math/Segment2d.h>
 #include <PlumvaleBaseCore/math/Segment3d.h>
