@@ -13,5 +13,6 @@
 #include <PlumvaleBaseCore/math/Segment2d.h>
 #include <PlumvaleBaseCore/math/Segment3d.h>
 #include <PlumvaleBaseCore/math/TexturedPoint.h>
+#include <PlumvaleBaseCore/math/TiledBox2di.h>
 #include <PlumvaleBaseCore/math/Vector2d.h>
 #include <PlumvaleBaseCore/math/Vector3d.h>
