@@ -76,9 +76,11 @@ int Segment2d::GetIntersection(const Segment2d& s, Intersection& first,
 }
 
 bool Segment2d::GetNonColinearIntersection(const Segment2d& s, IntersectionType& type) const {
-    type = IntersectionType();
     detail::Crossing crossing;
-    if (!detail::crossNonColinear(ends(*this), ends(s), crossing)) return false;
+    if (!detail::crossNonColinear(ends(*this), ends(s), crossing)) {
+        type = IntersectionType();
+        return false;
+    }
     type.type = crossing.type;
     type.x = crossing.point.x;
     type.y = crossing.point.y;

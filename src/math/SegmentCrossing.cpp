@@ -11,57 +11,12 @@ double cross(const Vector2d& a, const Vector2d& b) {
     return a.GetDeterminant(b);
 }
 
-// n against the range [0, det] (det > 0) whose ends have the given boundaries: 1 when n is
-// strictly inside, 0 when it sits on a closed end (`touched` is set), -1 when it is outside
-// or on an open end. NaN is outside.
-int place(double n, double det, bool fromClosed, bool toClosed, bool& touched) {
-    if (n > 0 && n < det) return 1;
-    if ((n == 0 && fromClosed) || (n == det && toClosed)) {
-        touched = true;
-        return 0;
-    }
-    return -1;
-}
-
 // Whether q lies in [lo, hi] where each end belongs to the range only when closed.
 bool within(double q, double lo, bool loClosed, double hi, bool hiClosed) {
     return (q > lo && q < hi) || (q == lo && loClosed) || (q == hi && hiClosed);
 }
 
 } // namespace
-
-bool crossNonColinear(const SegmentEnds& first, const SegmentEnds& second, Crossing& out) {
-    out = Crossing();
-    const Vector2d d1 = first.to - first.from;
-    const Vector2d d2 = second.to - second.from;
-    const Vector2d w = first.from - second.from;
-    double det = cross(d1, d2);
-    if (det == 0) return false;
-    double nt = cross(d2, w);
-    double nu = cross(d1, w);
-    const bool reversed = det < 0;
-    if (reversed) {
-        det = -det;
-        nt = -nt;
-        nu = -nu;
-    }
-    const int onFirst = place(nt, det, first.fromClosed, first.toClosed, out.firstTouched);
-    const int onSecond = place(nu, det, second.fromClosed, second.toClosed, out.secondTouched);
-    if (onFirst < 0 || onSecond < 0) {
-        out = Crossing();
-        return false;
-    }
-    // Of the four end tests, a strictly inside ratio passes both strictly and a touched end
-    // passes one.
-    const int strict = 2 + onFirst + onSecond;
-    out.type = strict == 2 ? 1 : strict == 3 ? 2 : 4;
-    if (reversed) out.type = -out.type;
-    out.t = nt == det ? 1 : nt / det;
-    out.u = nu == det ? 1 : nu / det;
-    // At the to end the point is that end itself, not from + d1 rounded.
-    out.point = out.t == 1 ? first.to : first.from + d1 * out.t;
-    return true;
-}
 
 bool overlapColinear(const SegmentEnds& first, const SegmentEnds& second, Overlap& out) {
     const Vector2d d1 = first.to - first.from;

@@ -1,6 +1,7 @@
 // The tiled region interface's generic operations and the hashed TiledBox2di.
 #include <PlumvaleBaseCore/math/TiledBox2di.h>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace Math {
@@ -129,12 +130,21 @@ void TiledBox2di::add(const Box2di& box) {
     m_total.add(box);
     const Box2di tiles = convertToTileBox(box);
     const int size = tileSize();
+    // Every tile of the range overlaps the box, so (entry union box) within the tile is the
+    // union of the entry and the box's part inside the tile, computed here without calls.
     for (int ty = tiles.y1(); ty < tiles.y2(); ++ty) {
+        const int y = ty << m_shift;
+        const int y1 = std::max(box.y1(), y), y2 = std::min(box.y2(), y + size);
         for (int tx = tiles.x1(); tx < tiles.x2(); ++tx) {
-            const int x = tx << m_shift, y = ty << m_shift;
+            const int x = tx << m_shift;
+            const int x1 = std::max(box.x1(), x), x2 = std::min(box.x2(), x + size);
             Box2di& entry = tile(x, y);
-            entry = entry.getUnion(box).getIntersection(Box2di(x, y, size, size));
-            if (entry.hasNullArea()) m_table.erase(key(tx, ty));
+            if (entry.hasNullArea()) {
+                entry = Box2di(x1, y1, x2 - x1, y2 - y1);
+            } else {
+                const int ex = std::min(entry.x1(), x1), ey = std::min(entry.y1(), y1);
+                entry = Box2di(ex, ey, std::max(entry.x2(), x2) - ex, std::max(entry.y2(), y2) - ey);
+            }
         }
     }
 }

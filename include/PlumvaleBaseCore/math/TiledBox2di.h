@@ -199,12 +199,11 @@ public:
     static std::uint64_t key(int tileX, int tileY) {
         return (std::uint64_t(std::uint32_t(tileX)) << 32) | std::uint32_t(tileY);
     }
-    /// The table's hash: a multiplicative mix of the key, so that neighbouring tiles spread
-    /// over the buckets.
+    /// The table's hash: the key with tileX folded into the low half. The container reduces
+    /// it modulo a prime, so every bit counts, and tiles of one neighbourhood land in nearby
+    /// buckets (measured faster than both the plain key and a multiplicative mix).
     struct KeyHash {
         size_t operator()(std::uint64_t k) const noexcept {
-            k ^= k >> 29;
-            k *= 0x9E3779B97F4A7C15ull;
             return size_t(k ^ (k >> 32));
         }
     };
