@@ -143,7 +143,8 @@ void TiledBox2di::add(const Box2di& box) {
                 entry = Box2di(x1, y1, x2 - x1, y2 - y1);
             } else {
                 const int ex = std::min(entry.x1(), x1), ey = std::min(entry.y1(), y1);
-                entry = Box2di(ex, ey, std::max(entry.x2(), x2) - ex, std::max(entry.y2(), y2) - ey);
+                entry =
+                    Box2di(ex, ey, std::max(entry.x2(), x2) - ex, std::max(entry.y2(), y2) - ey);
             }
         }
     }

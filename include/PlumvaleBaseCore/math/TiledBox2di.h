@@ -203,9 +203,7 @@ public:
     /// it modulo a prime, so every bit counts, and tiles of one neighbourhood land in nearby
     /// buckets (measured faster than both the plain key and a multiplicative mix).
     struct KeyHash {
-        size_t operator()(std::uint64_t k) const noexcept {
-            return size_t(k ^ (k >> 32));
-        }
+        size_t operator()(std::uint64_t k) const noexcept { return size_t(k ^ (k >> 32)); }
     };
     /// The standard hashed container: 8 initial buckets, maximum load factor 1, entries in one
     /// list (whose order is the iteration order).
