@@ -128,7 +128,7 @@ void TiledBoxAdd_UnorderedMap(benchmark::State& state) {
             for (int ty = y0; ty <= y1; ++ty)
                 for (int tx = x0; tx <= x1; ++tx) {
                     Box2di& e = tiles[TiledBox2di::key(tx, ty)];
-                    e = e.getUnion(b).getIntersection(Box2di(tx << 6, ty << 6, 64, 64));
+                    e = e.getUnion(b).getIntersection(Box2di(tx * 64, ty * 64, 64, 64));
                     if (e.hasNullArea()) tiles.erase(TiledBox2di::key(tx, ty));
                 }
         }

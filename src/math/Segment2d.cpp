@@ -163,20 +163,28 @@ Segment2d Segment2d::operator*(const Matrix2x3& m) const {
 
 // --- Intersection ---
 
-void Segment2d::Intersection::SetReceiver(const Point2d& p, const Vector2d& segmentVector,
-                                          double t) {
+namespace {
+
+// One half of a record: the edges leaving the point are the parts of the segment before and
+// after it, none past an end.
+void setHalf(Point2d& point, Vector2d& backward, Vector2d& forward, double& ratio, const Point2d& p,
+             const Vector2d& segmentVector, double t) {
     point = p;
     backward = t > 0 ? -segmentVector : Vector2d();
     forward = t < 1 ? segmentVector : Vector2d();
     ratio = t;
 }
 
+} // namespace
+
+void Segment2d::Intersection::SetReceiver(const Point2d& p, const Vector2d& segmentVector,
+                                          double t) {
+    setHalf(point, backward, forward, ratio, p, segmentVector, t);
+}
+
 void Segment2d::Intersection::SetArgument(const Point2d& p, const Vector2d& segmentVector,
                                           double t) {
-    argumentPoint = p;
-    argumentBackward = t > 0 ? -segmentVector : Vector2d();
-    argumentForward = t < 1 ? segmentVector : Vector2d();
-    argumentRatio = t;
+    setHalf(argumentPoint, argumentBackward, argumentForward, argumentRatio, p, segmentVector, t);
 }
 
 void Segment2d::Intersection::Swap() {

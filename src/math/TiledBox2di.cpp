@@ -133,10 +133,10 @@ void TiledBox2di::add(const Box2di& box) {
     // Every tile of the range overlaps the box, so (entry union box) within the tile is the
     // union of the entry and the box's part inside the tile, computed here without calls.
     for (int ty = tiles.y1(); ty < tiles.y2(); ++ty) {
-        const int y = ty << m_shift;
+        const int y = ty * size; // a multiplication: shifting a negative value is undefined
         const int y1 = std::max(box.y1(), y), y2 = std::min(box.y2(), y + size);
         for (int tx = tiles.x1(); tx < tiles.x2(); ++tx) {
-            const int x = tx << m_shift;
+            const int x = tx * size;
             const int x1 = std::max(box.x1(), x), x2 = std::min(box.x2(), x + size);
             Box2di& entry = tile(x, y);
             if (entry.hasNullArea()) {
